@@ -27,9 +27,10 @@ function(mivora_packages target)
     endforeach()
 endfunction()
 
-# One box of the house: a static library of all sources below this folder (or the named FOLDERS of it), but for Modules/.
+# One box of the house: a static library of all sources below this folder (or the named FOLDERS of it), but for Modules/ and
+# the folders named by EXCLUDE, which are boxes of their own.
 function(mivora_box name)
-    cmake_parse_arguments(BOX "" "" "FOLDERS;DEPENDS;PACKAGES" ${ARGN})
+    cmake_parse_arguments(BOX "" "" "FOLDERS;EXCLUDE;DEPENDS;PACKAGES" ${ARGN})
     if(NOT BOX_FOLDERS)
         set(BOX_FOLDERS .)
     endif()
@@ -39,6 +40,9 @@ function(mivora_box name)
         list(APPEND sources ${found})
     endforeach()
     list(FILTER sources EXCLUDE REGEX "/Modules/|/main\\.cpp$")
+    foreach(folder ${BOX_EXCLUDE})
+        list(FILTER sources EXCLUDE REGEX "/${folder}/")
+    endforeach()
     if(NOT sources MATCHES "\\.cpp")
         add_library(mivora_${name} INTERFACE)
         target_link_libraries(mivora_${name} INTERFACE mivora_options)
@@ -67,10 +71,13 @@ function(mivora_module name folder)
     set_property(GLOBAL APPEND PROPERTY MIVORA_MODULES mivora_${name})
 endfunction()
 
-# One test executable of all sources below FOLDER of Tests/, run as one ctest entry per group of the given count of shards.
+# One test executable of all sources below FOLDER of Tests/ (but for the folders named by EXCLUDE), run as one ctest entry per group of the given count of shards.
 function(mivora_tests name folder)
-    cmake_parse_arguments(TESTS "" "" "DEPENDS;PACKAGES" ${ARGN})
+    cmake_parse_arguments(TESTS "" "" "EXCLUDE;DEPENDS;PACKAGES" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/Tests/${folder}/*.cpp" "${CMAKE_SOURCE_DIR}/Tests/${folder}/*.h")
+    foreach(excluded ${TESTS_EXCLUDE})
+        list(FILTER sources EXCLUDE REGEX "/${excluded}/")
+    endforeach()
     if(NOT sources)
         return()
     endif()
