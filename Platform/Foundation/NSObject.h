@@ -32,8 +32,15 @@ private:
 template <typename T> class WeakRef {
 public:
     WeakRef() = default;
-    WeakRef(const std::shared_ptr<T>& object) : WeakRef(object.get()) { }
-    explicit WeakRef(T* object) : lifeBlock(object ? object->lifeBlock() : nullptr), object(object) { }
+    WeakRef(const std::shared_ptr<T>& object)
+        : WeakRef(object.get())
+    {
+    }
+    explicit WeakRef(T* object)
+        : lifeBlock(object ? object->lifeBlock() : nullptr)
+        , object(object)
+    {
+    }
 
     // The object, or null when it is gone or not yet bound.
     std::shared_ptr<T> lock() const

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Platform/CoreGraphics/Bitmap.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+// An immutable picture: either pixels, or a drawing that renders at any pixel size (an SVG). Shared as
+// `std::shared_ptr<const CGImage>`; any thread.
+class CGImage {
+public:
+    // Renders the drawing at exactly that many pixels; null when it cannot.
+    using Render = std::function<std::shared_ptr<const Bitmap>(int width, int height)>;
+
+    static std::shared_ptr<const CGImage> fromBitmap(std::shared_ptr<const Bitmap> pixels);
+    // A drawing of that natural size (in its own units, at least 1 by 1).
+    static std::shared_ptr<const CGImage> fromDrawing(double width, double height, Render render);
+    // Reads PNG, JPEG or SVG by content. Null after one console line that says which input (by its name) and why. A picture of
+    // more than 64 million pixels is refused, a truncated one too.
+    static std::shared_ptr<const CGImage> decode(const std::vector<std::uint8_t>& bytes, const std::string& name);
+
+    std::uint64_t id() const { return id_; } // never reused in a process
+    double width() const { return width_; } // pixels of a bitmap, natural units of a drawing
+    double height() const { return height_; }
+    bool isDrawing() const { return bool(render); }
+    bool isOpaque() const { return pixels_ && pixels_->format() == PixelFormat::xrgb; }
+    // A bitmap image's own pixels; null for a drawing.
+    const std::shared_ptr<const Bitmap>& pixels() const { return pixels_; }
+    // The picture at exactly that many pixels, well filtered (a bitmap is scaled by area and bilinear steps). Not cached here.
+    std::shared_ptr<const Bitmap> rendered(int width, int height) const;
+
+private:
+    std::uint64_t id_ = 0;
+    double width_ = 0;
+    double height_ = 0;
+    std::shared_ptr<const Bitmap> pixels_;
+    Render render;
+};
+
+// Writes the pixels as PNG, false (after one console line) when the file cannot be written.
+bool writePNG(const Bitmap& bitmap, const std::string& path);
+
+} // namespace platform
