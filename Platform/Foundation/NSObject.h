@@ -32,13 +32,13 @@ private:
 template <typename T> class WeakRef {
 public:
     WeakRef() = default;
-    WeakRef(const std::shared_ptr<T>& object)
-        : WeakRef(object.get())
+    WeakRef(const std::shared_ptr<T>& target)
+        : WeakRef(target.get())
     {
     }
-    explicit WeakRef(T* object)
-        : lifeBlock(object ? object->lifeBlock() : nullptr)
-        , object(object)
+    explicit WeakRef(T* target)
+        : lifeBlock(target ? target->lifeBlock() : nullptr)
+        , object(target)
     {
     }
 
