@@ -5,7 +5,7 @@ find_package(PkgConfig REQUIRED)
 add_library(mivora_options INTERFACE)
 target_include_directories(mivora_options INTERFACE ${CMAKE_SOURCE_DIR})
 # Pictures are equal on one machine and package set, so floating point is never contracted.
-target_compile_options(mivora_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -ffp-contract=off -fvisibility=hidden)
+target_compile_options(mivora_options INTERFACE -Wall -Wextra -Wpedantic $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow> -ffp-contract=off -fvisibility=hidden)
 if(MIVORA_WERROR)
     target_compile_options(mivora_options INTERFACE -Werror)
 endif()
