@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Platform/CoreGraphics/CGGeometry.h"
+#include "Platform/UIKit/UIOrientation.h"
+#include "Platform/UIKit/UIResponder.h"
+#include "Platform/UIKit/UITouch.h"
+
+#include <memory>
+#include <vector>
+
+namespace platform {
+
+class CALayer;
+class URL;
+class UIWindow;
+
+// What only the outside can do.
+class UIApplicationHost {
+public:
+    virtual ~UIApplicationHost() = default;
+    virtual bool open(const URL& url) = 0; // false when nothing opens it
+    virtual void setIdleTimerDisabled(bool disabled) = 0; // whether the display stays on while nobody touches it
+};
+
+class UIApplication final : public UIResponder {
+public:
+    static constexpr const char* didEnterBackgroundNotification = "UIApplicationDidEnterBackgroundNotification";
+    static constexpr const char* didBecomeActiveNotification = "UIApplicationDidBecomeActiveNotification";
+
+    static UIApplication& shared();
+
+    std::vector<std::shared_ptr<UIWindow>> windows() const; // shown ones, back to front
+    std::shared_ptr<UIWindow> keyWindow() const;
+    // Null asks for the application as a whole.
+    UIInterfaceOrientationMask supportedInterfaceOrientations(const UIWindow* window) const;
+    void setSupportedInterfaceOrientations(UIInterfaceOrientationMask mask) { supportedOrientations = mask; }
+    bool open(const URL& url); // false, after one console line, when nothing opens it
+    bool isIdleTimerDisabled() const { return idleTimerDisabled; }
+    void setIdleTimerDisabled(bool disabled);
+
+    // Host side.
+    void setHost(UIApplicationHost* newHost) { host = newHost; } // which clears it at its end
+    // A change of one touch, named by a number of the host's choice, at a point of the screen. A began touch goes to the
+    // uppermost window that takes it; a change of an unknown touch does nothing.
+    void sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);
+    void cancelTouches(double timestamp);
+    // The frame's layout pass: everything marked, until nothing is.
+    void layoutWindows();
+    std::vector<std::shared_ptr<CALayer>> windowLayers() const; // for the frame's steps, back to front
+    void enterBackground();
+    void becomeActive();
+
+private:
+    friend class UIWindow;
+
+    void show(UIWindow& window);
+    void hide(UIWindow& window);
+
+    std::vector<WeakRef<UIWindow>> shown; // a window is kept by whoever made it
+    WeakRef<UIWindow> key;
+    UIApplicationHost* host = nullptr;
+    UIInterfaceOrientationMask supportedOrientations = UIInterfaceOrientationMask::all;
+    bool idleTimerDisabled = false;
+};
+
+} // namespace platform
