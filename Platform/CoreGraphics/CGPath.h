@@ -41,11 +41,14 @@ public:
     CGFloat length() const; // points, curves flattened
     // The piece between two fractions of the whole length (0 to 1), as stroke start and end cut it.
     CGPath trimmed(CGFloat from, CGFloat to) const;
-    // The point and travelled distance at a fraction (0 to 1) of the length, as a keyframe animation's paced path needs it.
+    // The point at a fraction (0 to 1) of the length, as a keyframe animation's paced path needs it.
     CGPoint pointAt(CGFloat fraction) const;
     bool operator==(const CGPath&) const = default;
 
 private:
+    void addCorners(const CGRect& rect, CGFloat radiusX, CGFloat radiusY); // elliptical quarters joined by lines
+    CGPoint currentPoint() const; // where the next element begins
+
     std::vector<Element> elements_;
 };
 

@@ -1,0 +1,130 @@
+#include "Platform/CoreGraphics/Bitmap.h"
+
+#include <array>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <vector>
+
+namespace platform {
+namespace {
+constexpr int maximumSide = 32767; // Cairo's and pixman's limit
+constexpr std::size_t rowAlignment = 64; // bytes; a cache line
+constexpr std::size_t smallestBlock = 4096;
+constexpr int stepsPerDoubling = 4; // so that at most a fifth of a block is unused
+constexpr std::size_t mostKept = 96u << 20; // bytes; two tablet frames and the caches that may be dropped at once
+
+// Released blocks by size class.
+struct Pool {
+    std::mutex mutex;
+    std::array<std::vector<std::uint8_t*>, 64 * stepsPerDoubling> free;
+    std::size_t used = 0;
+    std::size_t kept = 0;
+};
+
+Pool& pool()
+{
+    static auto& shared = *new Pool; // never destroyed: bitmaps in statics outlive it otherwise
+    return shared;
+}
+
+struct SizeClass {
+    std::size_t index;
+    std::size_t bytes;
+};
+
+SizeClass sizeClassFor(std::size_t bytes)
+{
+    bytes = std::max(bytes, smallestBlock);
+    const auto exponent = std::size_t(std::bit_width(bytes) - 1);
+    const std::size_t base = std::size_t(1) << exponent, step = base / stepsPerDoubling;
+    const std::size_t steps = (bytes - base + step - 1) / step; // 0 to 4; the fourth is the next doubling's first
+    return { exponent * stepsPerDoubling + steps, base + steps * step };
+}
+
+std::uint8_t* takeBlock(const SizeClass& size)
+{
+    auto& p = pool();
+    const std::lock_guard lock(p.mutex);
+    auto& blocks = p.free[size.index];
+    std::uint8_t* block = nullptr;
+    if (!blocks.empty()) {
+        block = blocks.back();
+        blocks.pop_back();
+        p.kept -= size.bytes;
+    } else {
+        block = static_cast<std::uint8_t*>(std::aligned_alloc(rowAlignment, size.bytes));
+    }
+    if (block)
+        p.used += size.bytes;
+    return block;
+}
+
+void giveBlock(std::uint8_t* block, std::size_t bytes)
+{
+    auto& p = pool();
+    const std::lock_guard lock(p.mutex);
+    p.used -= bytes;
+    if (p.kept + bytes > mostKept) {
+        std::free(block);
+        return;
+    }
+    p.free[sizeClassFor(bytes).index].push_back(block);
+    p.kept += bytes;
+}
+}
+
+std::shared_ptr<Bitmap> Bitmap::make(int width, int height, PixelFormat format, bool clear)
+{
+    if (width <= 0 || height <= 0 || width > maximumSide || height > maximumSide)
+        return nullptr;
+    const std::size_t rowBytes = std::size_t(width) * (format == PixelFormat::alpha ? 1 : 4);
+    const std::size_t stride = (rowBytes + rowAlignment - 1) / rowAlignment * rowAlignment;
+    const auto size = sizeClassFor(stride * std::size_t(height));
+    auto* block = takeBlock(size);
+    if (!block)
+        return nullptr;
+    std::shared_ptr<Bitmap> bitmap(new Bitmap);
+    bitmap->width_ = width;
+    bitmap->height_ = height;
+    bitmap->stride_ = int(stride);
+    bitmap->format_ = format;
+    bitmap->data_ = block;
+    bitmap->capacity = size.bytes;
+    if (clear)
+        std::memset(block, 0, bitmap->byteCount());
+    return bitmap;
+}
+
+Bitmap::~Bitmap() { giveBlock(data_, capacity); }
+
+std::size_t PixelPool::bytesInUse()
+{
+    const std::lock_guard lock(pool().mutex);
+    return pool().used;
+}
+
+std::size_t PixelPool::bytesKept()
+{
+    const std::lock_guard lock(pool().mutex);
+    return pool().kept;
+}
+
+void PixelPool::trim(std::size_t keepBytes)
+{
+    auto& p = pool();
+    const std::lock_guard lock(p.mutex);
+    for (std::size_t index = p.free.size(); index-- > 0;) { // the largest first
+        const std::size_t base = std::size_t(1) << (index / stepsPerDoubling);
+        const std::size_t bytes = base + index % stepsPerDoubling * (base / stepsPerDoubling);
+        auto& blocks = p.free[index];
+        while (!blocks.empty() && p.kept > keepBytes) {
+            std::free(blocks.back());
+            blocks.pop_back();
+            p.kept -= bytes;
+        }
+    }
+}
+
+} // namespace platform
