@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Foundation/FileSystem.h"
+#include "Platform/Foundation/StringTable.h"
 
 #include <map>
 #include <optional>
@@ -9,16 +10,10 @@
 
 namespace platform {
 
-using StringTable = std::map<std::string, std::string, std::less<>>;
-
-// Reads a table of "key" = "value"; lines in UTF-8, with comments and the escapes \n \r \t \" \\ \' and \UXXXX. At the first
-// fault it says so in one console line with the name and the line number, and returns what came before.
-StringTable parseStrings(std::string_view content, const std::string& name);
-
 // A folder of resources, with one sub-folder LANGUAGE.lproj for each language. Main thread.
 class Bundle {
 public:
-    explicit Bundle(std::string path, FileSystem& files = FileSystem::real());
+    explicit Bundle(std::string folder, FileSystem& fileSystem = FileSystem::real());
 
     // The host application's; until the host names it, the folder of the executable.
     static Bundle& mainBundle();
@@ -43,7 +38,7 @@ private:
     const std::string path;
     FileSystem& files;
     mutable std::map<std::string, StringTable> tables; // read at their first use, forgotten when the languages change
-    mutable unsigned tablesLocaleChanges = 0;
+    mutable unsigned languagesSeen = 0; // Locale::changes() when they were read
 };
 
 } // namespace platform

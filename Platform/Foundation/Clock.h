@@ -33,7 +33,7 @@ public:
     // Midday UTC on 14 March 2025: a fixed date, so that pictures of a scene are equal on every day.
     static constexpr double defaultWallStart = 1741953600;
 
-    explicit ManualClock(double start = 0, double wallStart = defaultWallStart);
+    explicit ManualClock(double startTime = 0, double wallStartTime = defaultWallStart);
 
     void set(double now); // never moves back
     void advance(double seconds); // negative counts as 0

@@ -28,8 +28,8 @@ public:
 };
 
 // Replaces a file's whole content so that a process or machine that dies on the way leaves the old or the new content, never a
-// mix: writes beside it (path + ".new"), flushes, renames, flushes the folder. Makes missing folders. False when it failed: then
-// the old content is still there.
+// mix: writes beside it (path + ".new"), flushes, renames, flushes the folder. Makes missing folders. False when it failed: the
+// old content is then still there, unless only the very last step failed, the folder's flush.
 bool replaceFile(FileSystem& files, const std::string& path, const Data& data);
 
 // Moves a file that cannot be used out of the way, to path + ".damaged" (or ".damaged-2" and so on), and returns where it went.

@@ -21,7 +21,6 @@ public:
         double value, const std::string& locale, const std::string& currencyCode, bool grouping)
         = 0;
     virtual std::optional<std::string> currencyCode(const std::string& locale) const = 0;
-    virtual bool isRightToLeft(const std::string& locale) const = 0;
 };
 
 } // namespace platform

@@ -94,6 +94,7 @@ public:
 
     bool isNull() const { return std::holds_alternative<std::monostate>(content); }
     std::optional<bool> boolean() const { return get<bool>(); }
+    bool isInteger() const { return std::holds_alternative<std::int64_t>(content); }
     std::optional<std::int64_t> integer() const; // a double only when it is whole and fits
     std::optional<double> number() const; // an integer too
     std::optional<std::string> text() const { return get<std::string>(); }
@@ -104,11 +105,15 @@ public:
     // The member or element, or null for what is absent or no object or array, so that paths can be written at once.
     const JSONValue& operator[](std::string_view key) const;
     const JSONValue& operator[](const char* key) const { return (*this)[std::string_view(key)]; }
-    const JSONValue& operator[](std::size_t index) const;
+    template <std::integral Index> const JSONValue& operator[](Index index) const
+    {
+        return std::in_range<std::size_t>(index) ? element(static_cast<std::size_t>(index)) : element(SIZE_MAX);
+    }
 
     bool operator==(const JSONValue& other) const { return content == other.content; }
 
 private:
+    const JSONValue& element(std::size_t index) const;
     template <typename T> std::optional<T> get() const
     {
         const T* value = std::get_if<T>(&content);

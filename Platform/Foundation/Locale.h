@@ -34,6 +34,7 @@ struct TimeZone {
     // The device's: the host's choice, else the environment's, "UTC" where that says nothing.
     static TimeZone current();
     static void setCurrent(std::optional<TimeZone> zone); // nothing goes back to the environment's
+    static TimeZone environment();
 
     bool operator==(const TimeZone&) const = default;
 };

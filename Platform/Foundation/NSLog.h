@@ -8,7 +8,7 @@ namespace platform {
 
 // Writes one line to the console (standard error). Line breaks and other control characters inside are written as escapes,
 // invalid UTF-8 as U+FFFD, so that a call is always exactly one line. Any thread.
-void NSLog(std::string_view line);
+void NSLog(std::string_view text);
 
 // While it lives, console lines of all threads are kept here instead of printed. Captures nest: the innermost takes the lines.
 class LogCapture {
@@ -22,7 +22,7 @@ public:
     void clear();
 
 private:
-    friend void NSLog(std::string_view line);
+    friend void NSLog(std::string_view text);
 
     LogCapture* outer = nullptr;
     std::vector<std::string> captured;

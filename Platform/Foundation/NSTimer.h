@@ -3,6 +3,7 @@
 #include "Platform/Foundation/MainQueue.h"
 #include "Platform/Foundation/NSObject.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -21,8 +22,7 @@ public:
     // first deadline's rhythm; when the loop comes late for several it fires once and goes on with the next one ahead.
     static std::shared_ptr<NSTimer> scheduledTimer(double seconds, Repeats repeats, Callback callback);
 
-    NSTimer(double seconds, Repeats repeats, Callback callback); // for make; scheduledTimer is the way to make one
-    ~NSTimer() override;
+    NSTimer(double seconds, Repeats repeating, Callback onFire); // for make; scheduledTimer is the way to make one
 
     // No call comes after it. May be called inside the callback.
     void invalidate();
@@ -30,12 +30,14 @@ public:
     double timeInterval() const { return interval; } // seconds
 
 private:
-    void schedule(double deadline);
-    void fire(double deadline);
+    void schedule(std::shared_ptr<NSTimer> self);
+    void fire(const std::shared_ptr<NSTimer>& self);
 
-    double interval;
-    Repeats repeats;
+    const double interval;
+    const Repeats repeats;
     Callback callback;
+    double firstDeadline = 0; // the others are whole multiples of the interval later, so that no error adds up
+    std::uint64_t intervalsPassed = 0;
     MainQueue::Ticket ticket;
     bool valid = true;
 };

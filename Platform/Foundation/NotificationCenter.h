@@ -32,7 +32,7 @@ public:
     struct Registration;
 
     NotificationToken() = default;
-    explicit NotificationToken(std::shared_ptr<Registration> registration);
+    explicit NotificationToken(std::shared_ptr<Registration> made);
     NotificationToken(NotificationToken&&) noexcept = default;
     NotificationToken& operator=(NotificationToken&& other) noexcept;
     ~NotificationToken();
@@ -49,6 +49,7 @@ private:
 class NotificationCenter {
 public:
     using Callback = std::function<void(const Notification& notification)>;
+    struct Impl;
 
     NotificationCenter();
     NotificationCenter(const NotificationCenter&) = delete;
@@ -67,7 +68,6 @@ public:
     void post(std::string name, std::shared_ptr<NSObject> object = nullptr, Notification::UserInfo userInfo = {});
 
 private:
-    struct Impl;
     std::shared_ptr<Impl> impl; // tokens refer to it weakly
 };
 

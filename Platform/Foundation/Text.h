@@ -42,7 +42,7 @@ public:
 
     private:
         friend class Characters;
-        Iterator(std::string_view text, std::size_t offset);
+        Iterator(std::string_view whole, std::size_t start);
 
         std::string_view text;
         std::size_t offset = 0;

@@ -16,7 +16,7 @@ public:
     // Nothing for an empty text, one with control characters or invalid UTF-8, a malformed scheme, host or port, or one that is
     // too long. Characters that may not stand in an address (spaces, letters beyond ASCII, a stray '%') are percent-encoded.
     static std::optional<URL> parse(std::string_view text);
-    static URL fileURL(std::string_view path);
+    static URL fileURL(std::string_view path); // a relative one counts from the working folder
 
     const std::string& absoluteString() const { return text; }
     std::string scheme() const; // lower case; "" for a relative address
@@ -26,7 +26,7 @@ public:
     std::optional<std::string> query() const; // as in the text
     std::optional<std::string> fragment() const;
     bool isFileURL() const { return scheme() == "file"; }
-    std::string filePath() const { return isFileURL() ? path() : std::string(); }
+    std::string filePath() const; // "" for what is no file's address or could be no file's name
     std::string pathExtension() const; // "mp4" for ".../clip.mp4?x", "" when there is none
 
     auto operator<=>(const URL&) const = default;

@@ -19,7 +19,7 @@ class UserDefaults {
 public:
     using Value = std::variant<bool, std::int64_t, double, std::string, Data>;
 
-    UserDefaults(std::string path, FileSystem& files);
+    UserDefaults(std::string filePath, FileSystem& fileSystem);
 
     // In Folders::data(), unless a host has chosen another path before its first use.
     static UserDefaults& standard();
