@@ -168,6 +168,7 @@ protected:
     virtual void didMoveToWindow() { }
     virtual void didAddSubview(UIView& /*subview*/) { }
     virtual void willRemoveSubview(UIView& /*subview*/) { }
+    virtual void subviewHiddenDidChange(UIView& /*subview*/) { }
     // Places the subviews that constraints place: an override calls it first, and finds their final frames afterwards.
     virtual void layoutSubviews();
     // Before the constraints are solved, after setNeedsUpdateConstraints.
