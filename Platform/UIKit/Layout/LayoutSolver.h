@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/UIKit/Layout/LayoutEquation.h"
+#include "Platform/UIKit/Layout/LayoutStore.h"
 
 #include <functional>
 #include <memory>
@@ -49,23 +49,37 @@ public:
     bool setPriority(LayoutConstraintId constraint, float priority);
 
     void solve();
-    bool needsSolve() const { return !changedConstants.empty() || !touchedVariables.empty(); }
+    bool needsSolve() const { return !changedConstants.empty() || !touched.empty(); }
 
-    double value(LayoutVariableId variable) const { return values[static_cast<std::uint32_t>(variable)]; } // points
+    double value(LayoutVariableId variable) const { return store.values[index(variable)]; } // points
     // What the last `solve` moved by more than a billionth of a point, each once, in no particular order.
-    const std::vector<LayoutVariableId>& changedVariables() const { return changed; }
+    const std::vector<LayoutVariableId>& changedVariables() const { return store.changed; }
 
     bool isDropped(LayoutConstraintId constraint) const; // as of the last `solve`
-    void* owner(LayoutConstraintId constraint) const;
+    void* owner(LayoutConstraintId constraint) const; // null for an unknown id
 
     // Called at the end of `solve`, once for each constraint that this solve dropped. It may queue changes.
     std::function<void(const LayoutConflict&)> onConflict;
 
 private:
-    std::vector<double> values; // by variable
-    std::vector<LayoutVariableId> changed;
-    std::vector<LayoutConstraintId> changedConstants;
-    std::vector<LayoutVariableId> touchedVariables; // those of added, removed and re-ranked constraints
+    bool contains(LayoutVariableId variable) const;
+    bool contains(LayoutConstraintId constraint) const;
+    void link(std::uint32_t constraint);
+    void unlink(std::uint32_t constraint);
+    void touch(std::uint32_t constraint);
+    void regroup();
+    void settleLoneVariable(std::uint32_t variable);
+    void enqueue(std::uint32_t component);
+
+    LayoutStore store;
+    std::vector<std::uint32_t> freeVariables;
+    std::vector<std::uint32_t> freeConstraints;
+    std::vector<std::unique_ptr<LayoutComponent>> components;
+    std::vector<std::uint32_t> freeComponents;
+    std::vector<std::uint32_t> touched; // variables of added, removed and re-ranked constraints
+    std::vector<std::uint32_t> changedConstants; // constraints
+    std::vector<std::uint32_t> queue; // components to solve
+    std::uint64_t activations = 0;
 };
 
 } // namespace platform

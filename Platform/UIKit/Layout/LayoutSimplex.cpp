@@ -1,0 +1,579 @@
+#include "Platform/UIKit/Layout/LayoutSimplex.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr double negligible = 1e-11; // matrix entries
+constexpr double negligibleCost = 1e-8; // per point; coefficients of layouts are near 1
+constexpr double kinkTolerance = 1e-9; // points
+constexpr double crossingTolerance = 1e-7; // points; above what `perturb` adds
+
+struct Kink { // of a row, on the way along a direction
+    double distance; // points
+    double rate; // of the row's residual
+    std::uint32_t row;
+};
+
+// Working memory of one call; the numbers and flags are all zero between calls.
+struct Scratch {
+    std::vector<double> rowRates;
+    std::vector<double> rootWeights;
+    std::vector<double> levelRoots; // by level and root
+    std::vector<double> levelCosts;
+    std::vector<bool> isSeen; // by column
+    std::vector<std::uint32_t> seen;
+    std::vector<LayoutSimplex::Entry> gathered; // indexed by column
+    std::vector<LayoutSimplex::Entry> sum;
+    std::vector<Kink> kinks;
+};
+thread_local Scratch scratch;
+
+template <typename T> void growTo(std::vector<T>& vector, std::size_t size)
+{
+    if (vector.size() < size)
+        vector.resize(size);
+}
+
+bool isImproving(std::span<const double> costs)
+{
+    for (const double cost : costs)
+        if (std::abs(cost) > negligibleCost)
+            return cost < 0;
+    return false;
+}
+
+} // namespace
+
+// -- Building
+
+std::uint32_t LayoutSimplex::addRoot()
+{
+    const auto root = rootCount();
+    columns.emplace_back().roots.push_back({ root, 1 });
+    columnsOfRoot.emplace_back().push_back(root);
+    rowsOfRoot.emplace_back();
+    return root;
+}
+
+void LayoutSimplex::addRow(std::uint32_t source, LayoutRelation relation, double rank, std::span<const Entry> sum)
+{
+    Row row;
+    row.source = source;
+    row.relation = relation;
+    row.rank = rank;
+    row.firstEntry = static_cast<std::uint32_t>(entries.size());
+    row.entryCount = static_cast<std::uint32_t>(sum.size());
+    for (const Entry& entry : sum)
+        rowsOfRoot[entry.index].push_back({ rowCount(), entry.value });
+    entries.insert(entries.end(), sum.begin(), sum.end());
+    rows.push_back(row);
+}
+
+void LayoutSimplex::addStay(std::uint32_t source, double rank, std::span<const Entry> sum)
+{
+    addRow(source, LayoutRelation::equal, rank, sum);
+    rows.back().isStay = true;
+    ++stayCount;
+    rankLevels();
+}
+
+void LayoutSimplex::removeStays()
+{
+    const std::vector<Row> oldRows = std::move(rows);
+    const std::vector<Entry> oldEntries = std::move(entries);
+    rows.clear();
+    entries.clear();
+    for (auto& list : rowsOfRoot)
+        list.clear();
+    for (const Row& old : oldRows) {
+        if (old.column != none)
+            columns[old.column].row = old.isStay ? none : rowCount();
+        if (old.isStay)
+            continue;
+        addRow(old.source, old.relation, old.rank, { oldEntries.data() + old.firstEntry, old.entryCount });
+        Row& row = rows.back();
+        row.residual = old.residual;
+        row.column = old.column;
+        row.side = old.side;
+    }
+    stayCount = 0;
+    rankLevels();
+}
+
+void LayoutSimplex::merge(const LayoutSimplex& other)
+{
+    const auto rootOffset = rootCount();
+    const auto rowOffset = rowCount();
+    const auto entryOffset = static_cast<std::uint32_t>(entries.size());
+    for (Entry entry : other.entries)
+        entries.push_back({ entry.index + rootOffset, entry.value });
+    for (Row row : other.rows) {
+        row.firstEntry += entryOffset;
+        row.column += row.column == none ? 0 : rootOffset;
+        rows.push_back(row);
+    }
+    for (Column column : other.columns) {
+        for (Entry& entry : column.roots)
+            entry.index += rootOffset;
+        column.row += column.row == none ? 0 : rowOffset;
+        columns.push_back(std::move(column));
+    }
+    for (auto list : other.rowsOfRoot) {
+        for (Entry& entry : list)
+            entry.index += rowOffset;
+        rowsOfRoot.push_back(std::move(list));
+    }
+    for (auto list : other.columnsOfRoot) {
+        for (std::uint32_t& column : list)
+            column += rootOffset;
+        columnsOfRoot.push_back(std::move(list));
+    }
+    stayCount += other.stayCount;
+    pivotCount += other.pivotCount;
+    rankLevels();
+}
+
+void LayoutSimplex::rankLevels()
+{
+    ranks.clear();
+    for (const Row& row : rows)
+        ranks.push_back(row.rank);
+    std::sort(ranks.begin(), ranks.end(), std::greater<>());
+    ranks.erase(std::unique(ranks.begin(), ranks.end()), ranks.end());
+    for (Row& row : rows)
+        row.level = static_cast<std::uint32_t>(
+            std::lower_bound(ranks.begin(), ranks.end(), row.rank, std::greater<>()) - ranks.begin());
+}
+
+// A first guess: every equality and every violated row, the highest level first, is made tight while columns are free.
+void LayoutSimplex::start(std::vector<double>& moves)
+{
+    isStarted = true;
+    rankLevels();
+    std::vector<std::uint32_t> order(rows.size());
+    std::iota(order.begin(), order.end(), 0u);
+    std::stable_sort(
+        order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) { return rows[a].level < rows[b].level; });
+    std::uint32_t freeCount = rootCount();
+    for (const std::uint32_t index : order) {
+        if (freeCount == 0)
+            break;
+        Row& row = rows[index];
+        row.side = row.residual < 0 ? -1 : 1;
+        if (row.column != none || (row.relation != LayoutRelation::equal && slope(row, row.side) == 0))
+            continue;
+        if (const Entry best = bestFreeColumn(row); std::abs(best.value) > 1e-5) {
+            shift(best.index, -row.residual / best.value, moves);
+            pivot(index, best.index);
+            --freeCount;
+        }
+    }
+}
+
+// Computes the matrix afresh for the same tight rows, which takes out the rounding errors of many pivots.
+void LayoutSimplex::refactor()
+{
+    std::vector<std::uint32_t> tight;
+    for (std::uint32_t root = 0; root < rootCount(); ++root) {
+        if (columns[root].row != none)
+            tight.push_back(columns[root].row);
+        columns[root] = {};
+        columns[root].roots.push_back({ root, 1 });
+        columnsOfRoot[root].assign(1, root);
+    }
+    for (const std::uint32_t row : tight)
+        rows[row].column = none;
+    for (const std::uint32_t row : tight)
+        if (const Entry best = bestFreeColumn(rows[row]); std::abs(best.value) > negligible)
+            pivot(row, best.index);
+    pivotCount = 0;
+}
+
+LayoutSimplex::Entry LayoutSimplex::bestFreeColumn(const Row& row) const
+{
+    Entry best { none, 0 };
+    for (const Entry& entry : gatherColumns(row))
+        if (columns[entry.index].row == none && std::abs(entry.value) > std::abs(best.value))
+            best = entry;
+    return best;
+}
+
+// -- Solving
+
+bool LayoutSimplex::correct(std::vector<double>& moves) const
+{
+    moves.assign(rootCount(), 0);
+    bool isOff = false;
+    for (const Column& column : columns) {
+        if (column.row == none || std::abs(rows[column.row].residual) <= kinkTolerance)
+            continue;
+        isOff = true;
+        for (const Entry& entry : column.roots)
+            moves[entry.index] -= rows[column.row].residual * entry.value;
+    }
+    return isOff;
+}
+
+bool LayoutSimplex::needsOptimise() const
+{
+    if (!isStarted)
+        return true;
+    for (const Row& row : rows)
+        if (row.column == none && row.residual * row.side < -crossingTolerance)
+            return true;
+    return false;
+}
+
+void LayoutSimplex::optimise(std::vector<double>& moves)
+{
+    moves.assign(rootCount(), 0);
+    if (!isStarted)
+        start(moves);
+    else if (pivotCount > 64 + 4 * rootCount())
+        refactor();
+    chooseSides();
+    for (Column& column : columns)
+        column.isBlocked = false;
+
+    // Steps without progress are normal where many rows meet in a point, but they must not go round in circles.
+    const std::size_t patience = 16 + 2 * rootCount();
+    std::size_t idleSteps = 0;
+    std::size_t stepsLeft = 1000 + 20 * (columns.size() + rows.size());
+    price();
+    for (Move move = chooseMove(); move.column != none && stepsLeft > 0; move = chooseMove(), --stepsLeft) {
+        idleSteps = step(move, moves) ? 0 : idleSteps + 1;
+        if (idleSteps > patience) {
+            perturb();
+            idleSteps = 0;
+        }
+        price();
+    }
+}
+
+double LayoutSimplex::slope(const Row& row, int side)
+{
+    if (row.relation == LayoutRelation::equal)
+        return side;
+    if (row.relation == LayoutRelation::greaterOrEqual)
+        return side < 0 ? -1 : 0;
+    return side > 0 ? 1 : 0;
+}
+
+void LayoutSimplex::chooseSides()
+{
+    for (Row& row : rows)
+        if (std::abs(row.residual) > kinkTolerance)
+            row.side = row.residual < 0 ? -1 : 1;
+}
+
+void LayoutSimplex::price()
+{
+    const std::size_t width = columns.size();
+    prices.assign(ranks.size() * width, 0);
+    growTo(scratch.levelRoots, prices.size());
+    for (const Row& row : rows) {
+        const double rowSlope = row.column == none ? slope(row, row.side) : 0;
+        if (rowSlope == 0)
+            continue;
+        for (const Entry& entry : entriesOf(row))
+            scratch.levelRoots[row.level * width + entry.index] += rowSlope * entry.value;
+    }
+    for (std::size_t level = 0; level < ranks.size(); ++level)
+        for (std::size_t column = 0; column < width; ++column)
+            for (const Entry& entry : columns[column].roots)
+                prices[level * width + column] += scratch.levelRoots[level * width + entry.index] * entry.value;
+    std::fill_n(scratch.levelRoots.begin(), prices.size(), 0);
+}
+
+double LayoutSimplex::cost(std::uint32_t level, Move move) const
+{
+    const std::uint32_t row = columns[move.column].row;
+    const double own = row != none && rows[row].level == level ? slope(rows[row], move.direction) * move.direction : 0;
+    return own + move.direction * prices[level * columns.size() + move.column];
+}
+
+// The highest level on which a move costs or gains anything, and what; beyond the last level when it is free.
+std::pair<std::uint32_t, double> LayoutSimplex::leadingCost(Move move) const
+{
+    const auto levels = static_cast<std::uint32_t>(ranks.size());
+    for (std::uint32_t level = 0; level < levels; ++level)
+        if (const double value = cost(level, move); std::abs(value) > negligibleCost)
+            return { level, value };
+    return { levels, 0 };
+}
+
+// The move that gains most on the highest level where any gains.
+LayoutSimplex::Move LayoutSimplex::chooseMove() const
+{
+    Move best;
+    std::pair<std::uint32_t, double> bestCost { none, 0 };
+    for (std::uint32_t column = 0; column < rootCount(); ++column) {
+        if (columns[column].isBlocked)
+            continue;
+        for (const int direction : { 1, -1 }) {
+            const auto leading = leadingCost({ column, direction });
+            if (leading.second < 0 && leading < bestCost) {
+                best = { column, direction };
+                bestCost = leading;
+            }
+        }
+    }
+    return best;
+}
+
+// False when nothing moved.
+bool LayoutSimplex::step(Move move, std::vector<double>& moves)
+{
+    findKinks(move);
+    const auto& kinks = scratch.kinks;
+    const std::size_t stop = findStop(move);
+    if (stop == kinks.size()) {
+        columns[move.column].isBlocked = true;
+        return false;
+    }
+    for (std::size_t i = 0; i < stop; ++i)
+        rows[kinks[i].row].side = -rows[kinks[i].row].side;
+    const Kink kink = kinks[stop];
+    const std::uint32_t loosened = columns[move.column].row;
+    shift(move.column, kink.distance * move.direction, moves);
+    if (loosened != none) {
+        rows[loosened].side = static_cast<std::int8_t>(move.direction);
+        rows[loosened].column = none;
+    }
+    pivot(kink.row, move.column);
+    return kink.distance > kinkTolerance;
+}
+
+// Lists the kinks ahead, the nearest first.
+void LayoutSimplex::findKinks(Move move)
+{
+    auto& rates = scratch.rowRates;
+    growTo(rates, rows.size());
+    scratch.seen.clear();
+    for (const Entry& root : columns[move.column].roots) {
+        for (const Entry& use : rowsOfRoot[root.index]) {
+            rates[use.index] += use.value * root.value * move.direction;
+            scratch.seen.push_back(use.index);
+        }
+    }
+    scratch.kinks.clear();
+    for (const std::uint32_t index : scratch.seen) {
+        const double rate = std::exchange(rates[index], 0);
+        const Row& row = rows[index];
+        if (row.column == none && rate * row.side < -kinkTolerance)
+            scratch.kinks.push_back({ std::max(0.0, -row.residual / rate), rate, index });
+    }
+    std::sort(scratch.kinks.begin(), scratch.kinks.end(),
+        [](const Kink& a, const Kink& b) { return a.distance != b.distance ? a.distance < b.distance : a.row < b.row; });
+}
+
+// The kink at which going on does not pay any more; of several at one place the steepest, which is the safest to divide by.
+std::size_t LayoutSimplex::findStop(Move move) const
+{
+    const auto& kinks = scratch.kinks;
+    auto& costs = scratch.levelCosts;
+    costs.resize(ranks.size());
+    for (std::uint32_t level = 0; level < costs.size(); ++level)
+        costs[level] = cost(level, move);
+    std::size_t stop = 0;
+    for (; stop < kinks.size(); ++stop) {
+        const Row& row = rows[kinks[stop].row];
+        costs[row.level] += std::abs(kinks[stop].rate) * (row.relation == LayoutRelation::equal ? 2 : 1);
+        if (!isImproving(costs))
+            break;
+    }
+    if (stop == kinks.size())
+        return stop;
+    const double distance = kinks[stop].distance;
+    std::size_t first = stop;
+    while (first > 0 && distance - kinks[first - 1].distance <= kinkTolerance)
+        --first;
+    std::size_t steepest = stop;
+    for (std::size_t i = first; i < kinks.size() && kinks[i].distance - distance <= kinkTolerance; ++i)
+        if (std::abs(kinks[i].rate) > 1.001 * std::abs(kinks[steepest].rate))
+            steepest = i;
+    return steepest;
+}
+
+// Moves the column's residual by `distance`.
+void LayoutSimplex::shift(std::uint32_t column, double distance, std::vector<double>& moves)
+{
+    for (const Entry& root : columns[column].roots) {
+        const double change = root.value * distance;
+        moves[root.index] += change;
+        for (const Entry& use : rowsOfRoot[root.index])
+            rows[use.index].residual += use.value * change;
+    }
+}
+
+// Which columns move the row, and how much each.
+const std::vector<LayoutSimplex::Entry>& LayoutSimplex::gatherColumns(const Row& row) const
+{
+    auto& weights = scratch.rootWeights;
+    growTo(weights, columns.size());
+    growTo(scratch.isSeen, columns.size());
+    scratch.gathered.clear();
+    scratch.seen.clear();
+    for (const Entry& entry : entriesOf(row))
+        weights[entry.index] = entry.value;
+    for (const Entry& entry : entriesOf(row)) {
+        for (const std::uint32_t index : columnsOfRoot[entry.index]) {
+            if (scratch.isSeen[index])
+                continue;
+            scratch.isSeen[index] = true;
+            scratch.seen.push_back(index);
+            double rate = 0;
+            for (const Entry& root : columns[index].roots)
+                rate += root.value * weights[root.index];
+            if (std::abs(rate) > negligible)
+                scratch.gathered.push_back({ index, rate });
+        }
+    }
+    for (const std::uint32_t index : scratch.seen)
+        scratch.isSeen[index] = false;
+    for (const Entry& entry : entriesOf(row))
+        weights[entry.index] = 0;
+    return scratch.gathered;
+}
+
+// Makes the row the column's: what the column counted in its old coordinate it counts in the row's residual from now on.
+void LayoutSimplex::pivot(std::uint32_t row, std::uint32_t column)
+{
+    const std::vector<Entry>& rates = gatherColumns(rows[row]);
+    double own = 0;
+    for (const Entry& rate : rates)
+        if (rate.index == column)
+            own = rate.value;
+    for (Entry& root : columns[column].roots)
+        root.value /= own;
+    for (const Entry& rate : rates)
+        if (rate.index != column)
+            addColumn(rate.index, -rate.value, column);
+    columns[column].row = row;
+    rows[row].column = column;
+    rows[row].residual = 0;
+    ++pivotCount;
+}
+
+// target += factor * source; both are ordered by root.
+void LayoutSimplex::addColumn(std::uint32_t target, double factor, std::uint32_t source)
+{
+    auto& sum = scratch.sum;
+    sum.clear();
+    const auto& from = columns[source].roots;
+    auto& to = columns[target].roots;
+    auto next = to.begin();
+    for (const Entry& entry : from) {
+        while (next != to.end() && next->index < entry.index)
+            sum.push_back(*next++);
+        Entry total { entry.index, factor * entry.value };
+        if (next != to.end() && next->index == entry.index)
+            total.value += next++->value;
+        else
+            columnsOfRoot[entry.index].push_back(target);
+        if (std::abs(total.value) > negligible)
+            sum.push_back(total);
+    }
+    sum.insert(sum.end(), next, to.end());
+    to.assign(sum.begin(), sum.end());
+}
+
+// Where many rows meet in one point they are moved apart a little, each to its own side, so that every step gets somewhere.
+// The true residuals are measured again afterwards.
+void LayoutSimplex::perturb()
+{
+    for (std::uint32_t i = 0; i < rowCount(); ++i)
+        if (rows[i].column == none && std::abs(rows[i].residual) <= kinkTolerance)
+            rows[i].residual += rows[i].side * 1e-8 * (1 + 4 * ((i * 2654435761u) >> 8) / 16777216.0);
+}
+
+// -- What became of it
+
+double LayoutSimplex::errorAtRank(double rank) const
+{
+    double total = 0;
+    for (const Row& row : rows)
+        if (row.rank == rank)
+            total += row.residual * slope(row, row.residual < 0 ? -1 : 1);
+    return total;
+}
+
+void LayoutSimplex::multipliersAtRank(double rank, std::vector<Entry>& multipliers) const
+{
+    multipliers.clear();
+    const auto level = std::find(ranks.begin(), ranks.end(), rank) - ranks.begin();
+    if (level == static_cast<std::ptrdiff_t>(ranks.size()))
+        return;
+    for (std::uint32_t i = 0; i < rowCount(); ++i) {
+        const Row& row = rows[i];
+        const double multiplier = row.column != none ? -prices[level * columns.size() + row.column]
+            : row.rank == rank                       ? slope(row, row.side)
+                                                     : 0;
+        if (std::abs(multiplier) > negligibleCost)
+            multipliers.push_back({ i, multiplier });
+    }
+}
+
+bool LayoutSimplex::findFreeMove(std::vector<Entry>& move)
+{
+    move.clear();
+    growTo(scratch.rootWeights, columns.size());
+    std::vector<std::uint32_t> free;
+    for (std::uint32_t column = 0; column < rootCount(); ++column)
+        if (isFree({ column, 1 }) || isFree({ column, -1 }))
+            free.push_back(column);
+    for (const std::uint32_t column : free) {
+        const double share = 1 + std::fmod(column * 0.618033988749895, 1); // uneven, so that no two cancel each other out
+        for (const Entry& root : columns[column].roots)
+            scratch.rootWeights[root.index] += share * root.value;
+    }
+    for (std::uint32_t root = 0; root < rootCount() && !free.empty(); ++root)
+        if (const double weight = std::exchange(scratch.rootWeights[root], 0); std::abs(weight) > negligible)
+            move.push_back({ root, weight });
+    return !free.empty();
+}
+
+bool LayoutSimplex::isFree(Move move)
+{
+    return !columns[move.column].isBlocked && leadingCost(move).first == ranks.size() && !flipAtKink(move);
+}
+
+// A move that seems free may stand right before a kink. When the costs beyond the kink prove the same optimum, they
+// show that it is none.
+bool LayoutSimplex::flipAtKink(Move move)
+{
+    findKinks(move);
+    const auto kinks = scratch.kinks;
+    for (const Kink& kink : kinks)
+        if (kink.distance <= kinkTolerance && tryFlip(kink.row) && leadingCost(move).second > 0)
+            return true;
+    return false;
+}
+
+bool LayoutSimplex::tryFlip(std::uint32_t index)
+{
+    Row& row = rows[index];
+    const auto rates = gatherColumns(row);
+    const auto flip = [&] {
+        const double change = slope(row, -row.side) - slope(row, row.side);
+        row.side = static_cast<std::int8_t>(-row.side);
+        for (const Entry& rate : rates)
+            prices[row.level * columns.size() + rate.index] += change * rate.value;
+    };
+    flip();
+    for (const Entry& rate : rates) {
+        if (leadingCost({ rate.index, 1 }).second < 0 || leadingCost({ rate.index, -1 }).second < 0) {
+            flip();
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace platform
