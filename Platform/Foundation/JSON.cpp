@@ -263,6 +263,8 @@ std::optional<JSONValue> JSONValue::parse(std::string_view text, std::string* pr
     bool parsed = false;
     if (text.size() > maximumBytes) {
         builder.problem = "longer than " + std::to_string(maximumBytes) + " bytes";
+    } else if (text.find('\0') != std::string_view::npos) {
+        builder.problem = "a zero byte, which the parser would take for the end";
     } else {
         const std::string repaired = isValidUTF8(text) ? std::string() : validUTF8(text);
         parsed = nlohmann::json::sax_parse(repaired.empty() ? text : std::string_view(repaired), &builder);

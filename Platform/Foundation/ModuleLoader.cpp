@@ -42,12 +42,13 @@ void* open(const std::string& name, const char* interfaceName)
 void* loadModuleObject(const std::string& name, const char* interfaceName)
 {
     static std::mutex mutex;
-    static auto* const objects = new std::map<std::string, void*>; // null: tried in vain
+    static auto* const objects = new std::map<std::string, void*>; // by name and interface; null: tried in vain
     const std::lock_guard lock(mutex);
-    const auto known = objects->find(name);
+    const std::string key = name + '/' + interfaceName;
+    const auto known = objects->find(key);
     if (known != objects->end())
         return known->second;
-    return objects->emplace(name, open(name, interfaceName)).first->second;
+    return objects->emplace(key, open(name, interfaceName)).first->second;
 }
 
 std::string modulesFolder()

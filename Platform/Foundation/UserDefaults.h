@@ -36,8 +36,6 @@ public:
     // Invalid UTF-8 in keys and texts becomes U+FFFD. A number that is not finite is refused with a console line. When the file
     // cannot be written there is one console line, and the value holds for this process.
     void set(const std::string& key, Value value);
-    void set(const std::string& key, const char* text) { set(key, Value(std::string(text))); }
-    void set(const std::string& key, int number) { set(key, Value(std::int64_t { number })); }
     void removeObject(const std::string& key);
 
 private:
