@@ -45,8 +45,8 @@ public:
     bool isEmpty() const { return runs_.empty(); }
     bool operator==(const NSAttributedString&) const = default;
 
-    // What the text engine lays out, with the colours as they are in these traits. A paragraph has one shadow: that of the first
-    // run that has any.
+    // What the text engine lays out, with the colours as they are in these traits. Its lines are as high as the tallest font in
+    // it. A paragraph has one shadow: that of the first run that has any.
     TextParagraph paragraph(const UIFont& font, const UIColor& color, const UITraitCollection& traits) const;
 
 private:

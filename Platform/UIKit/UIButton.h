@@ -18,6 +18,7 @@ class UILabel;
 class UIButton : public UIControl {
 public:
     explicit UIButton(const CGRect& frame = {});
+    ~UIButton() override;
 
     // Absent takes the state's own entry away; an empty title is a title.
     void setTitle(std::optional<std::string> title, UIControlState state = UIControlState::normal);
@@ -65,8 +66,9 @@ private:
     };
 
     void showContent();
-    void contentSizeMayHaveChanged();
-    CGSize titleSize() const;
+    bool isRightToLeft() const;
+    CGFloat horizontalShare() const;
+    CGFloat verticalShare() const;
     ContentFrames contentFrames() const; // as in a left-to-right interface
 
     PerState<std::string> titles;

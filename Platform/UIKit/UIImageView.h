@@ -22,6 +22,7 @@ public:
     CGSize sizeThatFits(const CGSize& size) const override;
 
 protected:
+    void layoutSubviews() override;
     void tintColorDidChange() override;
     void traitCollectionDidChange(const UITraitCollection& previous) override;
 

@@ -46,9 +46,12 @@ public:
     CGFloat preferredMaxLayoutWidth() const { return preferredMaxLayoutWidth_; }
     void setPreferredMaxLayoutWidth(CGFloat width);
 
-    // What is drawn in the present bounds, and where (points); null for an empty text.
+    // What is drawn in the present bounds, null for an empty text; and where its lines lie, points.
     std::shared_ptr<const TextLayout> displayedLayout() const;
     CGRect textRect() const;
+
+    // The view whose own intrinsic size is made of this label's, and hears of its changes; it takes itself away at its end.
+    void setSizeOwner(UIView* owner) { sizeOwner = owner; }
 
     // UIView
     CGSize intrinsicContentSize() const override;
@@ -63,12 +66,18 @@ protected:
     std::optional<CGFloat> intrinsicHeight(CGFloat width) const override;
 
 private:
+    struct ShownText {
+        std::shared_ptr<const TextLayout> layout;
+        TextParagraph paragraph; // what it was made from
+        CGPoint origin; // of the layout, points
+    };
+
     void contentChanged();
     TextParagraph paragraph(CGFloat fontScale = 1) const;
-    CGFloat smallestFontScale() const;
-    std::shared_ptr<const TextLayout> layoutIn(CGFloat width, CGFloat maximumHeight) const;
-    std::shared_ptr<const TextLayout> shrunkLayout(CGFloat width, CGFloat maximumHeight) const;
-    CGRect place(const TextLayout& layout) const;
+    ShownText broken(CGFloat width, CGFloat maximumHeight, CGFloat fontScale = 1) const;
+    ShownText shrunk(CGFloat width, CGFloat maximumHeight) const;
+    std::optional<ShownText> shownText() const; // nothing for an empty text or label
+    CGSize measured(CGFloat width) const;
     bool isSingleColored() const;
     void showText();
 
@@ -83,6 +92,7 @@ private:
     NSLineBreakMode lineBreakMode_ = NSLineBreakMode::byTruncatingTail;
     bool adjustsFontSize = false;
     std::shared_ptr<CALayer> textLayer;
+    UIView* sizeOwner = nullptr;
 };
 
 } // namespace platform

@@ -54,6 +54,7 @@ protected:
 
 private:
     std::vector<UIView*> shownViews() const;
+    std::vector<CGSize> presentProportions() const; // nothing for the other distributions
     void arrangementChanged();
 
     std::vector<std::shared_ptr<UIView>> arranged;
@@ -64,7 +65,7 @@ private:
     UIStackViewAlignment alignment_ = UIStackViewAlignment::fill;
     NSLayoutConstraints made; // its own constraints, active
     std::vector<std::shared_ptr<UILayoutGuide>> gaps; // that are kept equal
-    std::vector<CGFloat> proportions; // intrinsic lengths that `made` was made from
+    std::vector<CGSize> proportions; // the intrinsic sizes that `made` was made from
     bool arrangementIsStale = false;
 };
 

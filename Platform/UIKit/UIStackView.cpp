@@ -1,0 +1,167 @@
+#include "Platform/UIKit/UIStackView.h"
+
+#include "Platform/UIKit/StackArrangement.h"
+
+#include <algorithm>
+
+namespace platform {
+
+UIStackView::UIStackView(const CGRect& frame)
+    : UIView(frame)
+{
+    arrangementChanged();
+}
+
+UIStackView::UIStackView(const std::vector<std::shared_ptr<UIView>>& arrangedSubviews)
+    : UIStackView(CGRect {})
+{
+    for (const auto& view : arrangedSubviews)
+        addArrangedSubview(view);
+}
+
+UIStackView::~UIStackView() = default;
+
+void UIStackView::addArrangedSubview(const std::shared_ptr<UIView>& view) { insertArrangedSubview(view, arranged.size()); }
+
+void UIStackView::insertArrangedSubview(const std::shared_ptr<UIView>& view, std::size_t index)
+{
+    if (!view)
+        return;
+    std::erase(arranged, view);
+    if (view->superview() != this) {
+        addSubview(view);
+        if (view->superview() != this)
+            return; // refused: it would hold itself
+    }
+    arranged.insert(arranged.begin() + std::ptrdiff_t(std::min(index, arranged.size())), view);
+    view->setTranslatesAutoresizingMaskIntoConstraints(false);
+    view->setExcludedFromLayout(view->isHidden());
+    arrangementChanged();
+}
+
+void UIStackView::removeArrangedSubview(const UIView& view)
+{
+    const auto entry = std::find_if(arranged.begin(), arranged.end(), [&](const auto& member) { return member.get() == &view; });
+    if (entry == arranged.end())
+        return;
+    const auto removed = *entry;
+    arranged.erase(entry);
+    customSpacings.erase(&view);
+    removed->setExcludedFromLayout(false);
+    arrangementChanged();
+}
+
+void UIStackView::setAxis(NSLayoutConstraintAxis axis)
+{
+    if (axis_ == axis)
+        return;
+    axis_ = axis;
+    arrangementChanged();
+}
+
+void UIStackView::setDistribution(UIStackViewDistribution distribution)
+{
+    if (distribution_ == distribution)
+        return;
+    distribution_ = distribution;
+    arrangementChanged();
+}
+
+void UIStackView::setAlignment(UIStackViewAlignment alignment)
+{
+    if (alignment_ == alignment)
+        return;
+    alignment_ = alignment;
+    arrangementChanged();
+}
+
+void UIStackView::setSpacing(CGFloat spacing)
+{
+    if (spacing_ == spacing)
+        return;
+    spacing_ = spacing;
+    arrangementChanged();
+}
+
+void UIStackView::setCustomSpacing(std::optional<CGFloat> spacing, const UIView& after)
+{
+    if (spacing)
+        customSpacings.insert_or_assign(&after, *spacing);
+    else
+        customSpacings.erase(&after);
+    arrangementChanged();
+}
+
+CGFloat UIStackView::customSpacing(const UIView& after) const
+{
+    const auto entry = customSpacings.find(&after);
+    return entry == customSpacings.end() ? spacing_ : entry->second;
+}
+
+void UIStackView::updateConstraints()
+{
+    UIView::updateConstraints();
+    if (!arrangementIsStale)
+        return;
+    arrangementIsStale = false;
+    NSLayoutConstraint::deactivate(made);
+    for (const auto& gap : gaps)
+        removeLayoutGuide(*gap);
+    StackArrangement arrangement(*this, shownViews());
+    made = std::move(arrangement.constraints);
+    gaps = std::move(arrangement.gaps);
+    for (const auto& gap : gaps)
+        addLayoutGuide(gap);
+    NSLayoutConstraint::activate(made);
+    proportions = presentProportions();
+}
+
+void UIStackView::layoutSubviews()
+{
+    UIView::layoutSubviews();
+    if (presentProportions() != proportions)
+        arrangementChanged();
+}
+
+void UIStackView::willRemoveSubview(UIView& subview)
+{
+    removeArrangedSubview(subview);
+    UIView::willRemoveSubview(subview);
+}
+
+void UIStackView::subviewHiddenDidChange(UIView& subview)
+{
+    UIView::subviewHiddenDidChange(subview);
+    if (std::none_of(arranged.begin(), arranged.end(), [&](const auto& view) { return view.get() == &subview; }))
+        return;
+    subview.setExcludedFromLayout(subview.isHidden());
+    arrangementChanged();
+}
+
+std::vector<UIView*> UIStackView::shownViews() const
+{
+    std::vector<UIView*> shown;
+    for (const auto& view : arranged) {
+        if (!view->isHidden())
+            shown.push_back(view.get());
+    }
+    return shown;
+}
+
+std::vector<CGSize> UIStackView::presentProportions() const
+{
+    std::vector<CGSize> sizes;
+    if (distribution_ != UIStackViewDistribution::fillProportionally)
+        return sizes;
+    for (const UIView* view : shownViews())
+        sizes.push_back(view->intrinsicContentSize());
+    return sizes;
+}
+
+void UIStackView::arrangementChanged()
+{
+    arrangementIsStale = true;
+    setNeedsUpdateConstraints();
+}
+
+} // namespace platform
