@@ -141,6 +141,7 @@ struct PixelRect {
         const int left = std::min(x, r.x), top = std::min(y, r.y);
         return { left, top, std::max(maxX(), r.maxX()) - left, std::max(maxY(), r.maxY()) - top };
     }
+    PixelRect offsetBy(int dx, int dy) const { return { x + dx, y + dy, width, height }; }
     // The whole pixels that a rectangle in pixel units touches; a hair (1/64 pixel) over an edge does not count.
     static PixelRect around(const CGRect& r)
     {

@@ -3,7 +3,9 @@
 #include "Platform/CoreGraphics/Bitmap.h"
 #include "Platform/CoreGraphics/CGColor.h"
 
+#include <array>
 #include <cstdint>
+#include <vector>
 
 // The loops over pixels that no library has fast enough. Integers only, so that every machine gives the same picture.
 // Pixel words are premultiplied 0xAARRGGBB; coverage is one byte a pixel. None of them checks its bounds.
@@ -37,8 +39,20 @@ std::shared_ptr<Bitmap> halved(const Bitmap& source);
 // Exactly that size: halved while that leaves enough, then by area where it shrinks and bilinear where it grows.
 std::shared_ptr<Bitmap> resampled(const Bitmap& source, int width, int height);
 
-// One row of a gradient: words of a ramp of 256 colours at position, position + step... (16.16, clamped to the ramp).
-void gradientRow(std::uint32_t* row, int count, const std::uint32_t* ramp, std::int64_t position, std::int64_t step);
+// The colours along a gradient, from position 0 to 1 and constant beyond.
+class Ramp {
+public:
+    // As many locations (0 to 1, ascending) as colours; otherwise they are spread evenly. At least one colour.
+    Ramp(const std::vector<CGColor>& colors, const std::vector<double>& locations);
+    bool isOpaque() const { return opaque; }
+    // Pixels at position, position + step...
+    void fillRow(std::uint32_t* row, int count, double position, double step) const;
+
+private:
+    static constexpr int length = 1024; // enough for every step of 8-bit colours
+    std::array<std::uint32_t, length> words {};
+    bool opaque = true;
+};
 
 // In place: separate colour and alpha to premultiplied, and back.
 void premultiply(std::uint32_t* row, int count);

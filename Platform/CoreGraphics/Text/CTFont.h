@@ -34,6 +34,8 @@ public:
 
 private:
     CTFont() = default;
+    static std::shared_ptr<const CTFont> of(const std::shared_ptr<const Face>& face, CGFloat size);
+
     std::shared_ptr<const Face> face_;
     std::string name;
     CGFloat size = 0, ascent = 0, descent = 0, leading_ = 0, cap = 0, x = 0;

@@ -51,12 +51,14 @@ struct TextParagraph {
     bool operator==(const TextParagraph&) const = default;
 };
 
-// A paragraph broken into lines of at most `width` points and shaped. A line is as high as the paragraph's font (fallback glyphs
-// do not change it). Equal paragraphs and widths share one result, so asking again is cheap. Main thread.
+// A paragraph broken into lines of at most `width` points and shaped. Lines are as high as the highest font asked for (the runs',
+// or the paragraph's where they name none); fallback glyphs do not change that. Line breaks in the text begin new lines, a tab is
+// four spaces, other control characters are left out. Equal paragraphs and widths share one result, so asking again is cheap.
+// Main thread.
 class TextLayout {
 public:
-    // `width`: points, infinity for no limit. `maximumHeight`: further lines are dropped and the last one truncated.
-    // `scale`: pixels a point; sizes round up to whole pixels.
+    // `width`: points, infinity for no limit; a line holds one character at least. `maximumHeight`: further lines are dropped and
+    // the last one truncated. `scale`: pixels a point; sizes round up to whole pixels.
     static std::shared_ptr<const TextLayout> make(
         const TextParagraph& paragraph, CGFloat width, CGFloat scale, CGFloat maximumHeight = 0 /* 0: no limit */);
     ~TextLayout();
@@ -68,7 +70,7 @@ public:
     };
     CGSize size() const; // points
     const std::vector<Line>& lines() const;
-    bool isTruncated() const;
+    bool isTruncated() const; // some text is left out
     CGFloat firstBaseline() const;
     CGFloat lastBaseline() const;
     // The run's link at a point, empty for none.
