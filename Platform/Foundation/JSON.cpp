@@ -36,9 +36,7 @@ public:
     }
     bool end_object() override
     {
-        JSONObject object;
-        for (auto& [key, value] : withoutRepeatedKeys(std::move(openContainers.back().members)))
-            object.append(std::move(key), std::move(value));
+        JSONObject object(withoutRepeatedKeys(std::move(openContainers.back().members)));
         openContainers.pop_back();
         return add(std::move(object));
     }
@@ -88,18 +86,31 @@ private:
     // Of equal keys the last value stays, in the first one's place.
     static std::vector<JSONMember> withoutRepeatedKeys(std::vector<JSONMember> members)
     {
-        std::unordered_map<std::string_view, std::size_t> places;
-        std::vector<bool> repeated(members.size());
+        std::unordered_map<std::string_view, std::size_t> places; // for large objects only; small ones compare every pair
+        constexpr std::size_t small = 12;
+        const auto firstPlace = [&](std::size_t i) {
+            if (members.size() > small)
+                return places.emplace(members[i].first, i).first->second;
+            std::size_t place = 0;
+            while (members[place].first != members[i].first)
+                ++place;
+            return place;
+        };
+        std::vector<std::size_t> repeated;
         for (std::size_t i = 0; i < members.size(); ++i) {
-            const auto [place, isNew] = places.emplace(members[i].first, i);
-            repeated[i] = !isNew;
-            if (!isNew)
-                members[place->second].second = std::move(members[i].second);
+            const std::size_t place = firstPlace(i);
+            if (place == i)
+                continue;
+            members[place].second = std::move(members[i].second);
+            repeated.push_back(i);
         }
+        if (repeated.empty())
+            return members;
         std::vector<JSONMember> unique;
-        unique.reserve(places.size());
-        for (std::size_t i = 0; i < members.size(); ++i) {
-            if (!repeated[i])
+        for (std::size_t i = 0, skipped = 0; i < members.size(); ++i) {
+            if (skipped < repeated.size() && repeated[skipped] == i)
+                ++skipped;
+            else
                 unique.push_back(std::move(members[i]));
         }
         return unique;
@@ -227,6 +238,11 @@ const JSONValue& absent()
 
 JSONObject::JSONObject(std::initializer_list<JSONMember> list)
     : members(list)
+{
+}
+
+JSONObject::JSONObject(std::vector<JSONMember> list)
+    : members(std::move(list))
 {
 }
 

@@ -21,7 +21,8 @@ using JSONArray = std::vector<JSONValue>;
 class JSONObject {
 public:
     JSONObject() = default;
-    JSONObject(std::initializer_list<JSONMember> members); // for a literal: { { "id", 1 }, ... }
+    JSONObject(std::initializer_list<JSONMember> list); // for a literal: { { "id", 1 }, ... }
+    explicit JSONObject(std::vector<JSONMember> list); // of different keys
 
     const JSONValue* find(std::string_view key) const; // null when absent
     void set(std::string key, JSONValue value); // replaces the member of that key in its place

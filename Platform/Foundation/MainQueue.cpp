@@ -14,6 +14,7 @@
 #include <sys/eventfd.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace platform {
 
@@ -45,12 +46,20 @@ struct MainQueue::Impl {
     std::deque<Waiting> blocks;
     std::map<Ticket, Block, bool (*)(Ticket, Ticket)> timed { &before };
     int jobs = 0;
+    bool isSignalled = false; // the descriptor is readable; spares a system call a block
 
     // All under the lock.
     void signal()
     {
-        ::eventfd_write(descriptor, 1);
+        if (!std::exchange(isSignalled, true))
+            ::eventfd_write(descriptor, 1);
         changed.notify_all();
+    }
+    void clearSignal()
+    {
+        eventfd_t count = 0;
+        if (std::exchange(isSignalled, false))
+            ::eventfd_read(descriptor, &count);
     }
     bool isDue(double now) const { return !timed.empty() && timed.begin()->first.deadline <= now + tolerance; }
     Block takeWaiting(std::uint64_t limit)
@@ -106,7 +115,8 @@ MainQueue::Ticket MainQueue::asyncAt(double deadline, Block block)
 {
     assert(block);
     const std::lock_guard lock(impl->mutex);
-    const Ticket ticket { deadline, impl->nextOrder++ };
+    const double sortable = deadline == deadline ? deadline : 0; // not a number has no place in an order
+    const Ticket ticket { sortable, impl->nextOrder++ };
     const auto entry = impl->timed.emplace(ticket, std::move(block)).first;
     if (entry == impl->timed.begin())
         impl->signal();
@@ -137,8 +147,7 @@ void MainQueue::run(double now)
 {
     assert(isMainThread());
     std::unique_lock lock(impl->mutex);
-    eventfd_t signals = 0;
-    ::eventfd_read(impl->descriptor, &signals);
+    impl->clearSignal();
     const std::uint64_t limit = impl->nextOrder;
     const auto call = [&](Block block) {
         lock.unlock();

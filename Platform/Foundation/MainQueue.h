@@ -32,7 +32,7 @@ public:
     void async(Block block);
     // Runs at Clock::current().now() + seconds; negative and not-a-number count as 0. Any thread.
     Ticket asyncAfter(double seconds, Block block);
-    Ticket asyncAt(double deadline, Block block);
+    Ticket asyncAt(double deadline, Block block); // in the clock's seconds
     // False when it has run or was cancelled before. Any thread.
     bool cancel(Ticket ticket);
 
