@@ -1,0 +1,61 @@
+#include "Platform/QuartzCore/Compositor.h"
+
+#include "Platform/QuartzCore/DamageRegion.h"
+#include "Platform/QuartzCore/ListChanges.h"
+#include "Platform/QuartzCore/ListPainter.h"
+#include "Platform/QuartzCore/PixelCache.h"
+
+namespace platform {
+
+struct Compositor::Impl {
+    std::shared_ptr<Bitmap> frame;
+    std::shared_ptr<const Bitmap> shownFrame;
+    std::shared_ptr<const RenderList> shown; // the list the frame was painted from; null: paint everything
+    PixelCache cache;
+};
+
+Compositor::Compositor()
+    : impl(std::make_unique<Impl>())
+{
+}
+
+Compositor::~Compositor() = default;
+
+void Compositor::setSize(int width, int height)
+{
+    if (impl->frame && impl->frame->width() == width && impl->frame->height() == height)
+        return;
+    impl->shownFrame = nullptr;
+    impl->frame = nullptr; // first back to the pool, as the new one may be of its size class
+    impl->frame = Bitmap::make(width, height, PixelFormat::xrgb);
+    impl->shownFrame = impl->frame;
+    invalidate();
+}
+
+void Compositor::invalidate() { impl->shown = nullptr; }
+
+FrameChange Compositor::composite(const std::shared_ptr<const RenderList>& list)
+{
+    if (!impl->frame || !list || list == impl->shown)
+        return {};
+    const PixelRect screen = impl->frame->bounds();
+    ListChanges changes(screen, impl->cache);
+    changes.compare(impl->shown.get(), *list);
+    FrameChange change;
+    change.damage = impl->shown ? disjointDamage(changes.changed(), screen) : std::vector<PixelRect> { screen };
+    ListPainter painter(*list, screen, impl->cache);
+    const Surface surface(*impl->frame, 0, 0);
+    for (const PixelRect& damaged : change.damage)
+        painter.paint(surface, damaged);
+    impl->cache.endFrame();
+    impl->shown = list;
+    return change;
+}
+
+const std::shared_ptr<const Bitmap>& Compositor::frame() const { return impl->shownFrame; }
+
+void Compositor::dropCaches() { impl->cache.clear(); }
+
+std::size_t Compositor::cachedBytes() const { return impl->cache.bytes(); }
+
+} // namespace platform

@@ -1,0 +1,278 @@
+#include "Platform/QuartzCore/PixelKernels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+// Each loop exists twice on x86, for the plain processor and for AVX2, chosen at load. Sanitizers run before the choice is made.
+#if defined(__x86_64__) && defined(__ELF__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if defined(__clang__)
+#if __clang_major__ >= 14 && !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
+#define FOR_EACH_PROCESSOR __attribute__((target_clones("avx2", "default")))
+#endif
+#else
+#define FOR_EACH_PROCESSOR __attribute__((target_clones("avx2", "default")))
+#endif
+#endif
+#ifndef FOR_EACH_PROCESSOR
+#define FOR_EACH_PROCESSOR
+#endif
+#define INLINE inline __attribute__((always_inline))
+
+namespace platform::rows {
+
+namespace {
+
+constexpr std::uint32_t evenBytes = 0x00ff00ff;
+constexpr Pixel opaqueAlpha = 0xff000000;
+
+// All four channels times a factor of 0 to 255 over 255, two channels in each half.
+INLINE Pixel scaled(Pixel p, std::uint32_t factor)
+{
+    std::uint32_t rb = (p & evenBytes) * factor + 0x00800080;
+    std::uint32_t ag = ((p >> 8) & evenBytes) * factor + 0x00800080;
+    rb = ((rb + ((rb >> 8) & evenBytes)) >> 8) & evenBytes;
+    ag = (ag + ((ag >> 8) & evenBytes)) & ~evenBytes;
+    return rb | ag;
+}
+
+// weight 0 to 256 of b against a.
+INLINE Pixel mixed(Pixel a, Pixel b, std::uint32_t weight)
+{
+    const std::uint32_t rest = 256 - weight;
+    const std::uint32_t rb = (a & evenBytes) * rest + (b & evenBytes) * weight + 0x00800080;
+    const std::uint32_t ag = ((a >> 8) & evenBytes) * rest + ((b >> 8) & evenBytes) * weight + 0x00800080;
+    return ((rb >> 8) & evenBytes) | (ag & ~evenBytes);
+}
+
+INLINE Pixel overPixel(Pixel to, Pixel from) { return from + scaled(to, 255 - (from >> 24)); }
+
+} // namespace
+
+// Functions of their own name, as one compiler wants every declaration of a clone marked.
+namespace loops {
+
+FOR_EACH_PROCESSOR void copyReversed(Pixel* __restrict to, const Pixel* __restrict from, int count)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = from[count - 1 - i];
+}
+
+FOR_EACH_PROCESSOR void over(Pixel* __restrict to, const Pixel* __restrict from, int count, unsigned coverage, bool fromIsOpaque)
+{
+    if (coverage == 255 && fromIsOpaque) {
+        for (int i = 0; i < count; ++i)
+            to[i] = from[i] | opaqueAlpha;
+    } else if (coverage == 255) {
+        for (int i = 0; i < count; ++i)
+            to[i] = overPixel(to[i], from[i]);
+    } else {
+        const Pixel bits = fromIsOpaque ? opaqueAlpha : 0;
+        for (int i = 0; i < count; ++i)
+            to[i] = overPixel(to[i], scaled(from[i] | bits, coverage));
+    }
+}
+
+FOR_EACH_PROCESSOR void over(
+    Pixel* __restrict to, const Pixel* __restrict from, const std::uint8_t* __restrict coverage, int count, bool fromIsOpaque)
+{
+    const Pixel bits = fromIsOpaque ? opaqueAlpha : 0;
+    for (int i = 0; i < count; ++i)
+        to[i] = overPixel(to[i], scaled(from[i] | bits, coverage[i]));
+}
+
+FOR_EACH_PROCESSOR void overColor(Pixel* to, Pixel color, int count, unsigned coverage)
+{
+    const Pixel source = scaled(color, coverage);
+    const std::uint32_t rest = 255 - (source >> 24);
+    if (rest == 0) {
+        for (int i = 0; i < count; ++i)
+            to[i] = source;
+        return;
+    }
+    for (int i = 0; i < count; ++i)
+        to[i] = source + scaled(to[i], rest);
+}
+
+FOR_EACH_PROCESSOR void overColor(Pixel* __restrict to, Pixel color, const std::uint8_t* __restrict coverage, int count)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = overPixel(to[i], scaled(color, coverage[i]));
+}
+
+FOR_EACH_PROCESSOR void multiply(std::uint8_t* to, const std::uint8_t* from, int count, unsigned factor)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = std::uint8_t(multiply255(from[i], factor));
+}
+
+FOR_EACH_PROCESSOR void multiply(std::uint8_t* to, const std::uint8_t* a, const std::uint8_t* b, int count)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = std::uint8_t(multiply255(a[i], b[i]));
+}
+
+FOR_EACH_PROCESSOR void multiplyByAlpha(Pixel* __restrict row, const Pixel* __restrict alpha, int count)
+{
+    for (int i = 0; i < count; ++i)
+        row[i] = scaled(row[i], alpha[i] >> 24);
+}
+
+FOR_EACH_PROCESSOR void alphaOf(std::uint8_t* __restrict to, const Pixel* __restrict from, int count)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = std::uint8_t(from[i] >> 24);
+}
+
+FOR_EACH_PROCESSOR void mixRows(
+    Pixel* __restrict to, const Pixel* __restrict a, const Pixel* __restrict b, int count, unsigned weight)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = mixed(a[i], b[i], weight);
+}
+
+FOR_EACH_PROCESSOR void sampleRow(
+    Pixel* __restrict to, const Pixel* __restrict row, int last, std::int64_t x, std::int64_t step, int count)
+{
+    // The held ends apart, what remains fits 32 bits and needs no bounds.
+    const std::int64_t end = std::int64_t(last) << 16;
+    int i = 0;
+    for (; i < count && (x < 0 || x >= end); ++i, x += step)
+        to[i] = row[x < 0 ? 0 : last];
+    int inside = 0;
+    if (i < count && step != 0)
+        inside = int(std::min<std::int64_t>(count - i, step > 0 ? (end - 1 - x) / step + 1 : x / -step + 1));
+    else
+        inside = count - i;
+    const std::int32_t start = std::int32_t(x), stride = std::int32_t(step);
+    Pixel* __restrict out = to + i;
+    for (int k = 0; k < inside; ++k) {
+        const std::int32_t at = start + k * stride;
+        const std::int32_t index = at >> 16;
+        out[k] = mixed(row[index], row[index + 1], std::uint32_t(at >> 8) & 255);
+    }
+    i += inside;
+    x += step * inside;
+    for (; i < count; ++i, x += step)
+        to[i] = row[x < 0 ? 0 : last];
+}
+
+void samplePicture(Pixel* to, const Pixel* pixels, int stride, int width, int height, SlantedWalk walk, int count)
+{
+    const std::int64_t endX = std::int64_t(width - 1) << 16, endY = std::int64_t(height - 1) << 16;
+    for (int i = 0; i < count; ++i) {
+        const std::int64_t x = std::clamp<std::int64_t>(walk.x + i * walk.stepX, 0, endX);
+        const std::int64_t y = std::clamp<std::int64_t>(walk.y + i * walk.stepY, 0, endY);
+        const int left = int(x >> 16), top = int(y >> 16);
+        const int right = std::min(left + 1, width - 1), bottom = std::min(top + 1, height - 1);
+        const unsigned weightX = unsigned(x >> 8) & 255, weightY = unsigned(y >> 8) & 255;
+        const Pixel* a = pixels + std::ptrdiff_t(top) * stride;
+        const Pixel* b = pixels + std::ptrdiff_t(bottom) * stride;
+        to[i] = mixed(mixed(a[left], b[left], weightY), mixed(a[right], b[right], weightY), weightX);
+    }
+}
+
+FOR_EACH_PROCESSOR void lookUp(
+    Pixel* __restrict to, const Pixel* __restrict table, int last, std::int64_t position, std::int64_t step, int count)
+{
+    const std::int64_t end = std::int64_t(last) << 16;
+    for (int i = 0; i < count; ++i) {
+        std::int64_t at = position + i * step;
+        at = at < 0 ? 0 : at > end ? end : at;
+        to[i] = table[at >> 16];
+    }
+}
+
+FOR_EACH_PROCESSOR void coverRow(std::uint8_t* to, const RoundedRect& shape, int x, int y, int count)
+{
+    const CGAffineTransform& m = shape.toLocal;
+    // Device pixels for a step across each pair of sides.
+    const double acrossX = 1 / std::max(std::hypot(m.a, m.c), 1e-9), acrossY = 1 / std::max(std::hypot(m.b, m.d), 1e-9);
+    const auto clamped = [](double v) { return v < 0 ? 0.0 : v > 1 ? 1.0 : v; };
+    const CGRect& r = shape.rect;
+    const double radius = shape.radius;
+    for (int i = 0; i < count; ++i) {
+        const double px = x + i + 0.5, py = y + 0.5;
+        const double lx = m.a * px + m.c * py + m.tx, ly = m.b * px + m.d * py + m.ty;
+        const double left = lx - r.x, right = r.x + r.width - lx, top = ly - r.y, bottom = r.y + r.height - ly;
+        const double spanX = clamped(0.5 + left * acrossX) + clamped(0.5 + right * acrossX) - 1;
+        const double spanY = clamped(0.5 + top * acrossY) + clamped(0.5 + bottom * acrossY) - 1;
+        double cover = clamped(spanX) * clamped(spanY);
+        const double nearX = std::min(left, right), nearY = std::min(top, bottom);
+        const unsigned corner = (left <= right ? 1u : 2u) << (top <= bottom ? 0 : 2);
+        if (nearX < radius && nearY < radius && (shape.corners & corner)) {
+            // Distance from the corner's circle: its implicit function over the gradient in device pixels.
+            const double u = (radius - nearX) / radius, v = (radius - nearY) / radius;
+            const double length = std::sqrt(u * u + v * v);
+            const double su = left <= right ? u : -u, sv = top <= bottom ? v : -v;
+            const double slope = std::hypot(m.a * su + m.b * sv, m.c * su + m.d * sv) / radius;
+            cover = std::min(cover, slope > 0 ? clamped(0.5 - length * (length - 1) / slope) : 1.0);
+        }
+        to[i] = std::uint8_t(cover * 255 + 0.5);
+    }
+}
+
+FOR_EACH_PROCESSOR void addBytes(std::uint16_t* __restrict sums, const std::uint8_t* __restrict bytes, int count)
+{
+    for (int i = 0; i < count; ++i)
+        sums[i] = std::uint16_t(sums[i] + bytes[i]);
+}
+
+FOR_EACH_PROCESSOR void slideColumns(std::uint32_t* __restrict sums, std::uint16_t* __restrict to,
+    const std::uint16_t* __restrict enter, const std::uint16_t* __restrict leave, float scale, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        to[i] = std::uint16_t(std::int32_t(float(std::int32_t(sums[i])) * scale + 0.5f));
+        sums[i] += std::uint32_t(enter[i]) - leave[i];
+    }
+}
+
+FOR_EACH_PROCESSOR void accumulate(float* __restrict row, const float* __restrict other, float weight, int count)
+{
+    for (int i = 0; i < count; ++i)
+        row[i] += weight * other[i];
+}
+
+} // namespace loops
+
+void copyReversed(Pixel* to, const Pixel* from, int count) { loops::copyReversed(to, from, count); }
+void over(Pixel* to, const Pixel* from, int count, unsigned coverage, bool fromIsOpaque)
+{
+    loops::over(to, from, count, coverage, fromIsOpaque);
+}
+void over(Pixel* to, const Pixel* from, const std::uint8_t* coverage, int count, bool fromIsOpaque)
+{
+    loops::over(to, from, coverage, count, fromIsOpaque);
+}
+void overColor(Pixel* to, Pixel color, int count, unsigned coverage) { loops::overColor(to, color, count, coverage); }
+void overColor(Pixel* to, Pixel color, const std::uint8_t* coverage, int count) { loops::overColor(to, color, coverage, count); }
+void multiply(std::uint8_t* to, const std::uint8_t* from, int count, unsigned factor)
+{
+    loops::multiply(to, from, count, factor);
+}
+void multiply(std::uint8_t* to, const std::uint8_t* a, const std::uint8_t* b, int count) { loops::multiply(to, a, b, count); }
+void multiplyByAlpha(Pixel* row, const Pixel* alpha, int count) { loops::multiplyByAlpha(row, alpha, count); }
+void alphaOf(std::uint8_t* to, const Pixel* from, int count) { loops::alphaOf(to, from, count); }
+void mixRows(Pixel* to, const Pixel* a, const Pixel* b, int count, unsigned weight) { loops::mixRows(to, a, b, count, weight); }
+void sampleRow(Pixel* to, const Pixel* row, int last, std::int64_t x, std::int64_t step, int count)
+{
+    loops::sampleRow(to, row, last, x, step, count);
+}
+void samplePicture(Pixel* to, const Pixel* pixels, int stride, int width, int height, SlantedWalk walk, int count)
+{
+    loops::samplePicture(to, pixels, stride, width, height, walk, count);
+}
+void lookUp(Pixel* to, const Pixel* table, int last, std::int64_t position, std::int64_t step, int count)
+{
+    loops::lookUp(to, table, last, position, step, count);
+}
+void coverRow(std::uint8_t* to, const RoundedRect& shape, int x, int y, int count) { loops::coverRow(to, shape, x, y, count); }
+void addBytes(std::uint16_t* sums, const std::uint8_t* bytes, int count) { loops::addBytes(sums, bytes, count); }
+void slideColumns(
+    std::uint32_t* sums, std::uint16_t* to, const std::uint16_t* enter, const std::uint16_t* leave, float scale, int count)
+{
+    loops::slideColumns(sums, to, enter, leave, scale, count);
+}
+void accumulate(float* row, const float* other, float weight, int count) { loops::accumulate(row, other, weight, count); }
+
+} // namespace platform::rows
