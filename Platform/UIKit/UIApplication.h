@@ -55,6 +55,7 @@ private:
 
     void show(UIWindow& window);
     void hide(UIWindow& window);
+    void makeKey(UIWindow& window);
 
     std::vector<WeakRef<UIWindow>> shown; // a window is kept by whoever made it
     WeakRef<UIWindow> key;

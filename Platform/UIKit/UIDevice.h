@@ -17,8 +17,10 @@ public:
 
     UIDeviceOrientation orientation() const { return orientation_; } // unknown until the host says
     const std::string& systemVersion() const { return systemVersion_; }
+    int systemMajorVersion() const; // 17 for "17.0"; 0 for a text that does not begin with a number
 
     // Host side.
+    void setSystemVersion(std::string version) { systemVersion_ = std::move(version); }
     void setOrientation(UIDeviceOrientation orientation);
 
 private:

@@ -52,7 +52,7 @@ public:
     void setName(std::string name) { name_ = std::move(name); }
     // The middle of its touches, in that view's coordinates (null: the window's); the last known one after they ended.
     CGPoint location(const UIView* view) const;
-    std::size_t numberOfTouches() const { return touches.size(); }
+    std::size_t numberOfTouches() const { return touches_.size(); }
 
 protected:
     // Overrides look at the touches (in the given order) and set the state. Those that came before are in activeTouches.
@@ -61,8 +61,7 @@ protected:
     virtual void touchesEnded(const UITouches& /*touches*/, const UIEvent& /*event*/) { }
     virtual void touchesCancelled(const UITouches& touches, const UIEvent& event);
     virtual void reset() { } // before the next gesture
-    virtual bool isDiscrete() const { return false; }
-    const UITouches& activeTouches() const { return touches; } // down or ending now
+    const UITouches& activeTouches() const { return touches_; } // down or ending now
     // Leaving possible asks the delegate and the touched view first, and fails when one of them refuses.
     void setState(UIGestureRecognizerState state);
 
@@ -73,12 +72,15 @@ private:
     bool shouldReceive(UITouch& touch);
     void deliver(UITouchPhase phase, const std::shared_ptr<UITouch>& touch, const UIEvent& event);
     void finishTouch(const UITouch& touch);
+    void cancel();
+    void restart();
+    bool isUnderWay() const;
     bool mayBegin();
     void runActions();
     void preventOthers();
 
     std::vector<Action> actions;
-    UITouches touches;
+    UITouches touches_;
     std::weak_ptr<UIGestureRecognizerDelegate> delegate_;
     std::string name_;
     CGPoint lastLocation; // window coordinates

@@ -10,10 +10,7 @@ public:
     // What a guide follows: constraints alone, or the safe area of its view.
     enum class Role : unsigned char { free, safeArea };
 
-    explicit UILayoutGuide(Role role = Role::free)
-        : role_(role)
-    {
-    }
+    explicit UILayoutGuide(Role role = Role::free);
     ~UILayoutGuide() override;
 
     UIView* owningView() const { return owner; }
@@ -25,11 +22,9 @@ public:
 
 private:
     friend class UIView;
-    friend class LayoutRoot;
 
     Role role_;
     UIView* owner = nullptr; // which clears it at its end
-    CGRect solvedFrame;
 };
 
 } // namespace platform

@@ -35,7 +35,7 @@ public:
     // How console lines call it.
     virtual std::string layoutName() const = 0;
 
-    // The active constraints that name this item, in no particular order.
+    // All constraints that name this item, active or not, in no particular order.
     const std::vector<NSLayoutConstraint*>& constraintsNaming() const { return naming; }
 
 private:

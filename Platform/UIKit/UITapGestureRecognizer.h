@@ -14,7 +14,6 @@ protected:
     void touchesBegan(const UITouches& touches, const UIEvent& event) override;
     void touchesMoved(const UITouches& touches, const UIEvent& event) override;
     void touchesEnded(const UITouches& touches, const UIEvent& event) override;
-    bool isDiscrete() const override { return true; }
 
 private:
     CGPoint start; // window coordinates

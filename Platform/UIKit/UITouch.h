@@ -20,19 +20,18 @@ class UITouch final : public NSObject {
 public:
     UITouchPhase phase() const { return phase_; }
     double timestamp() const { return timestamp_; } // seconds, the host's clock
-    int tapCount() const { return tapCount_; } // 1, and one more for each touch that follows soon at the same place
     // Where it is, in that view's coordinates; null is the window's.
     CGPoint location(const UIView* view) const;
     CGPoint previousLocation(const UIView* view) const;
     std::shared_ptr<UIView> view() const { return view_; } // where it came down
-    UIWindow* window() const;
+    std::shared_ptr<UIWindow> window() const { return window_.lock(); } // null once it has ended
 
 private:
+    friend class UIGestureRecognizer;
     friend class UIWindow;
 
     UITouchPhase phase_ = UITouchPhase::began;
     double timestamp_ = 0;
-    int tapCount_ = 1;
     CGPoint point; // window coordinates
     CGPoint previousPoint;
     std::shared_ptr<UIView> view_; // kept to the end of the touch, so that it hears of it

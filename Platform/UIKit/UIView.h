@@ -186,12 +186,14 @@ protected:
     // Points from the top edge, and from the bottom edge, to the content's first and last baseline.
     virtual CGFloat firstBaselineOffset() const { return 0; }
     virtual CGFloat lastBaselineOffset() const { return 0; }
-    // What the safe area of its subviews starts from; a window takes the screen's.
-    virtual UIEdgeInsets ownSafeAreaInsets() const;
+    // As far as the superview's safe area leaves this view; a window takes the screen's.
+    virtual UIEdgeInsets inheritedSafeAreaInsets() const;
 
 private:
     friend class ConstraintKeeper;
     friend class LayoutRoot;
+    friend class UILayoutGuide;
+    friend class UIScreen;
     friend class UIViewController;
     friend class UIWindow;
 
@@ -199,16 +201,30 @@ private:
     void drawLayer(CALayer& layer, CGContext& context) override;
     std::shared_ptr<CABasicAnimation> actionForLayer(CALayer& layer, std::string_view key) override;
 
-    bool detachFrom(UIView& parent);
+    // What a view gains of each point that its superview grows by, on one axis.
+    struct AutoresizingShare {
+        double origin = 0;
+        double size = 0;
+    };
+
+    void attach(const std::shared_ptr<UIView>& view, std::size_t index);
+    void detachFrom(UIView& parent);
+    void reorder(const std::shared_ptr<UIView>& view, std::size_t index);
+    void placeLayer(std::size_t index);
     void moveToWindow(UIWindow* window);
-    void setTraits(const std::shared_ptr<const UITraitCollection>& traits);
-    void inheritedTintChanged();
+    void adoptTraits(const std::shared_ptr<const UITraitCollection>& traits);
+    void adoptTraitsInTree(const std::shared_ptr<const UITraitCollection>& traits);
+    void tintChangedInTree();
     void resolveColors();
-    void geometryChanged(const CGRect& previousBounds);
-    void resizeSubviews(const CGSize& previousSize);
-    void autoresize(const CGSize& before, const CGSize& after);
+    void geometryChanged(const CGRect& previousBounds, CGPoint previousCenter);
+    AutoresizingShare autoresizingShare(NSLayoutConstraintAxis axis, double origin, double size, double around) const;
+    void autoresize(const CGSize& before, const CGSize& after); // of the superview
     void updateSafeArea();
+    CGRect untransformedFrame() const;
     void placeByLayout(const CGRect& frame);
+    CGRect frameByLayout(const UILayoutGuide& guide) const;
+    void updateConstraintsInTree();
+    void itemChanged();
     LayoutRoot* layoutRoot() const; // of the engine that places its subviews; null while none is needed
     LayoutRoot& makeLayoutRoot();
     UIView& layoutRootView() const;

@@ -14,7 +14,7 @@ class UIViewController;
 class UIWindow : public UIView {
 public:
     UIWindow(); // fills the screen
-    explicit UIWindow(const CGRect& frame); // keeps this frame when the screen changes only if it did not fill it
+    explicit UIWindow(const CGRect& frame); // stays filling the screen if it does, else keeps this frame
     ~UIWindow() override;
 
     const std::shared_ptr<UIViewController>& rootViewController() const { return rootViewController_; }
@@ -27,7 +27,7 @@ public:
 
 protected:
     // UIView
-    UIEdgeInsets ownSafeAreaInsets() const override;
+    UIEdgeInsets inheritedSafeAreaInsets() const override;
 
 private:
     friend class UIApplication;
@@ -35,21 +35,20 @@ private:
     friend class UIScreen;
     friend class UIView;
 
-    struct TouchTarget;
     void screenChanged(const CGRect& previousScreen, double duration);
     bool beginTouch(int identifier, CGPoint point, double timestamp);
     bool changeTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);
     void cancelAllTouches(double timestamp);
+    void cancelTouchesIn(const UIView& subtree); // which has left the window
+    void collectRecognizers(UITouch& touch);
     void deliver(const std::shared_ptr<UITouch>& touch);
-    void takeTouchFromView(const std::shared_ptr<UITouch>& touch);
+    void deliverToView(const std::shared_ptr<UITouch>& touch, UITouchPhase phase);
+    void takeFromView(const std::shared_ptr<UITouch>& touch); // for a recogniser
+    UIEvent event() const;
 
     std::shared_ptr<UIViewController> rootViewController_;
-    UITouches touches;
-    struct { // of the last touch that ended, for the tap count
-        CGPoint point;
-        double timestamp = -1;
-        int tapCount = 0;
-    } lastTap;
+    UITouches touches; // that are down
+    double lastTimestamp = 0; // seconds, of the last touch event
 };
 
 } // namespace platform

@@ -1,0 +1,101 @@
+#include "Platform/UIKit/UIApplication.h"
+
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/Foundation/URL.h"
+#include "Platform/QuartzCore/LayerCommitter.h"
+#include "Platform/UIKit/UIWindow.h"
+
+#include <algorithm>
+
+namespace platform {
+
+UIApplication& UIApplication::shared()
+{
+    static const auto& application = *new std::shared_ptr<UIApplication>(make<UIApplication>()); // never destroyed
+    return *application;
+}
+
+std::vector<std::shared_ptr<UIWindow>> UIApplication::windows() const
+{
+    std::vector<std::shared_ptr<UIWindow>> list;
+    for (const auto& reference : shown)
+        if (auto window = reference.lock())
+            list.push_back(std::move(window));
+    return list;
+}
+
+std::shared_ptr<UIWindow> UIApplication::keyWindow() const { return key.lock(); }
+
+UIInterfaceOrientationMask UIApplication::supportedInterfaceOrientations(const UIWindow* /*window*/) const
+{
+    return supportedOrientations;
+}
+
+bool UIApplication::open(const URL& url)
+{
+    if (host && host->open(url))
+        return true;
+    NSLog("\"" + url.absoluteString() + "\" not opened: nothing here opens such an address");
+    return false;
+}
+
+void UIApplication::setIdleTimerDisabled(bool disabled)
+{
+    if (idleTimerDisabled == disabled)
+        return;
+    idleTimerDisabled = disabled;
+    if (host)
+        host->setIdleTimerDisabled(disabled);
+}
+
+void UIApplication::sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp)
+{
+    const auto list = windows();
+    for (auto window = list.rbegin(); window != list.rend(); ++window) {
+        const bool taken = phase == UITouchPhase::began ? (*window)->beginTouch(identifier, point, timestamp)
+                                                        : (*window)->changeTouch(identifier, phase, point, timestamp);
+        if (taken)
+            return;
+    }
+}
+
+void UIApplication::cancelTouches(double timestamp)
+{
+    for (const auto& window : windows())
+        window->cancelAllTouches(timestamp);
+}
+
+void UIApplication::layoutWindows() { LayerCommitter::layout(windowLayers()); }
+
+std::vector<std::shared_ptr<CALayer>> UIApplication::windowLayers() const
+{
+    std::vector<std::shared_ptr<CALayer>> layers;
+    for (const auto& window : windows())
+        layers.push_back(window->layer());
+    return layers;
+}
+
+void UIApplication::enterBackground()
+{
+    NotificationCenter::defaultCenter().post(didEnterBackgroundNotification, weak(this).lock());
+}
+
+void UIApplication::becomeActive() { NotificationCenter::defaultCenter().post(didBecomeActiveNotification, weak(this).lock()); }
+
+void UIApplication::show(UIWindow& window)
+{
+    hide(window);
+    shown.push_back(weak(&window));
+}
+
+void UIApplication::hide(UIWindow& window)
+{
+    std::erase_if(shown, [&](const WeakRef<UIWindow>& each) { return each.refersTo(&window); });
+    if (key.refersTo(&window))
+        key = {};
+}
+
+void UIApplication::makeKey(UIWindow& window) { key = weak(&window); }
+
+} // namespace platform

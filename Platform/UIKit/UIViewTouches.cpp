@@ -1,0 +1,55 @@
+// Which view a touch belongs to, and the recognisers that watch over it.
+#include "Platform/UIKit/UIGestureRecognizer.h"
+#include "Platform/UIKit/UIView.h"
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+
+// Below that a view cannot be seen, and takes no touches.
+constexpr double leastAlpha = 0.01;
+
+} // namespace
+
+std::shared_ptr<UIView> UIView::hitTest(CGPoint point, const UIEvent* event)
+{
+    if (isHidden() || alpha() < leastAlpha || !userInteractionEnabled || !pointInside(point, event))
+        return nullptr;
+    const auto children = subviews_;
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        const CGAffineTransform outwards = (*child)->layer_->transformToSuperlayer();
+        if (outwards.determinant() == 0)
+            continue; // shrunk to nothing
+        if (auto hit = (*child)->hitTest(outwards.inverted().apply(point), event))
+            return hit;
+    }
+    return weak(this).lock();
+}
+
+bool UIView::pointInside(CGPoint point, const UIEvent* /*event*/) const { return bounds().contains(point); }
+
+void UIView::addGestureRecognizer(const std::shared_ptr<UIGestureRecognizer>& recognizer)
+{
+    if (!recognizer || recognizer->view_ == this)
+        return;
+    const auto added = recognizer;
+    if (added->view_)
+        added->view_->removeGestureRecognizer(*added);
+    gestureRecognizers_.push_back(added);
+    added->view_ = this;
+}
+
+void UIView::removeGestureRecognizer(const UIGestureRecognizer& recognizer)
+{
+    const auto found = std::ranges::find(gestureRecognizers_, &recognizer, &std::shared_ptr<UIGestureRecognizer>::get);
+    if (found == gestureRecognizers_.end())
+        return;
+    const auto removed = *found;
+    gestureRecognizers_.erase(found);
+    removed->view_ = nullptr;
+    removed->cancel();
+}
+
+} // namespace platform
