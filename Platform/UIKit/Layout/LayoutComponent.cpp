@@ -287,11 +287,14 @@ bool LayoutComponent::settleCores(LayoutStore& store)
             measure(store, cores[index]);
             if (simplex.correct(scratch.moves)) {
                 move(store, index);
-            } else if (simplex.needsOptimise()) {
+                if (simplex.hasStays()) // other cores may move the variable of a stay at the same time
+                    graph.touchCore(index);
+            } else if (simplex.needsOptimise() || cores[index].isTied) {
                 simplex.optimise(scratch.moves);
                 move(store, index);
                 graph.touchCore(index);
                 cores[index].isOpen = true; // until it is found closed
+                cores[index].isTied = false;
                 isOptimised = true;
             }
         }
@@ -355,6 +358,8 @@ void LayoutComponent::settleOpenCores(LayoutStore& store)
         cores[core].isOpen = variable != noIndex;
         if (cores[core].isOpen)
             candidates.push({ variable, core });
+        else
+            cores[core].isTied = cores[core].simplex.hasStays() || cores[core].simplex.isTied();
     };
     for (std::uint32_t core = 0; core < cores.size(); ++core) {
         if (cores[core].simplex.hasStays())

@@ -25,6 +25,7 @@ private:
         LayoutSimplex simplex;
         std::vector<std::uint32_t> roots; // items, by their index in the simplex
         bool isOpen = false; // more than one position is best
+        bool isTied = false; // that it is a point depends on the constants, so any change of them may open it
     };
     struct RootPlace {
         std::uint32_t core = noIndex;

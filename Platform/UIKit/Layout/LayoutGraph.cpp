@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cassert>
+#include <utility>
 
 namespace platform {
 
@@ -13,13 +14,64 @@ namespace {
 constexpr double weakestPivot = 1e-3;
 constexpr double negligibleWeight = 1e-11;
 
-// Working memory of one call, kept so that small engines need none of their own.
+// Items with weights, to be taken in their order from either end.
+class WeightedItems {
+public:
+    void reserve(std::size_t itemCount)
+    {
+        weights.resize(std::max(weights.size(), itemCount), 0);
+        marks.resize((weights.size() + 63) / 64, 0);
+    }
+
+    bool isEmpty() const { return count == 0; }
+    double& weight(std::uint32_t item) { return weights[item]; } // 0 unless added, and kept when taken
+
+    void add(std::uint32_t item, double weight)
+    {
+        const std::uint32_t word = item / 64;
+        const std::uint64_t bit = std::uint64_t { 1 } << (item % 64);
+        first = count == 0 ? word : std::min(first, word);
+        last = count == 0 ? word : std::max(last, word);
+        count += (marks[word] & bit) == 0;
+        marks[word] |= bit;
+        weights[item] += weight;
+    }
+
+    std::uint32_t takeFirst()
+    {
+        while (marks[first] == 0)
+            ++first;
+        return take(first, static_cast<std::uint32_t>(std::countr_zero(marks[first])));
+    }
+
+    std::uint32_t takeLast()
+    {
+        while (marks[last] == 0)
+            --last;
+        return take(last, 63 - static_cast<std::uint32_t>(std::countl_zero(marks[last])));
+    }
+
+private:
+    std::uint32_t take(std::uint32_t word, std::uint32_t bit)
+    {
+        marks[word] &= ~(std::uint64_t { 1 } << bit);
+        --count;
+        return word * 64 + bit;
+    }
+
+    std::vector<double> weights; // by item
+    std::vector<std::uint64_t> marks; // a bit an item
+    std::uint32_t count = 0;
+    std::uint32_t first = 0; // no marked word is before
+    std::uint32_t last = 0; // or behind
+};
+
+// Working memory of one call, kept so that small engines need none of their own. Between calls nothing is in the sum.
 struct Scratch {
-    std::vector<double> weights; // by item, zero between calls
-    std::vector<std::uint64_t> marks; // by item, clear between calls
+    WeightedItems sum;
+    std::vector<std::uint32_t> visited;
     std::vector<std::uint32_t> open[LayoutTerms::capacity + 1]; // equalities by the number of variables without an item
     std::size_t nextUnit = 0;
-    std::vector<std::uint32_t> visited;
 };
 thread_local Scratch scratch;
 
@@ -135,42 +187,21 @@ void LayoutGraph::unroot(const LayoutStore& store, std::uint32_t row)
 // for every item with its weight and answers whether to go on below it.
 template <typename Visit> void LayoutGraph::sweepBack(const LayoutStore& store, const Visit& visit)
 {
-    for (std::size_t word = scratch.marks.size(); word-- > 0;) {
-        while (scratch.marks[word] != 0) {
-            const auto bit = 63 - static_cast<std::uint32_t>(std::countl_zero(scratch.marks[word]));
-            scratch.marks[word] &= ~(std::uint64_t { 1 } << bit);
-            const auto i = static_cast<std::uint32_t>(word * 64 + bit);
-            const double weight = limited(scratch.weights[i]);
-            scratch.weights[i] = 0;
-            if (std::abs(weight) > negligibleWeight && visit(i, weight))
-                seedTerms(store, i, weight);
-        }
+    while (!scratch.sum.isEmpty()) {
+        const std::uint32_t i = scratch.sum.takeLast();
+        const double weight = limited(std::exchange(scratch.sum.weight(i), 0));
+        if (std::abs(weight) <= negligibleWeight || !visit(i, weight))
+            continue;
+        for (std::uint32_t term = items[i].firstTerm; term < items[i + 1].firstTerm; ++term)
+            scratch.sum.add(store.variables[terms[term].variable].item, weight * terms[term].coefficient);
     }
-}
-
-void LayoutGraph::seed(std::uint32_t item, double weight)
-{
-    scratch.weights[item] += weight;
-    scratch.marks[item / 64] |= std::uint64_t { 1 } << (item % 64);
-}
-
-void LayoutGraph::seedTerms(const LayoutStore& store, std::uint32_t item, double weight)
-{
-    for (std::uint32_t term = items[item].firstTerm; term < items[item + 1].firstTerm; ++term)
-        seed(store.variables[terms[term].variable].item, weight * terms[term].coefficient);
-}
-
-void LayoutGraph::prepareSweep() const
-{
-    scratch.weights.resize(std::max<std::size_t>(scratch.weights.size(), count), 0);
-    scratch.marks.resize((scratch.weights.size() + 63) / 64, 0);
 }
 
 void LayoutGraph::expand(const LayoutStore& store, std::uint32_t item, std::vector<Weight>& sum)
 {
     sum.clear();
-    prepareSweep();
-    seed(item, 1);
+    scratch.sum.reserve(count);
+    scratch.sum.add(item, 1);
     sweepBack(store, [&](std::uint32_t i, double weight) {
         if (items[i].kind == Kind::root)
             sum.push_back({ i, weight });
@@ -181,9 +212,9 @@ void LayoutGraph::expand(const LayoutStore& store, std::uint32_t item, std::vect
 void LayoutGraph::expandConflict(const LayoutStore& store, std::span<const Weight> rows, std::vector<Weight>& constraints)
 {
     constraints.clear();
-    prepareSweep();
+    scratch.sum.reserve(count);
     for (const Weight& row : rows)
-        seed(row.index, row.value);
+        scratch.sum.add(row.index, row.value);
     sweepBack(store, [&](std::uint32_t i, double weight) {
         const Item& item = items[i];
         if (item.kind != Kind::root && std::abs(weight) > 1e-9)
@@ -194,31 +225,28 @@ void LayoutGraph::expandConflict(const LayoutStore& store, std::span<const Weigh
 
 std::uint32_t LayoutGraph::firstMoved(const LayoutStore& store, std::span<const Weight> rootMoves)
 {
-    prepareSweep();
-    std::uint32_t first = noIndex;
+    scratch.sum.reserve(count);
+    scratch.visited.clear();
     for (const Weight& root : rootMoves)
-        seed(root.index, root.value);
-    for (std::uint32_t word = 0; word <= (firstRow - 1) / 64; ++word) {
-        while (scratch.marks[word] != 0) {
-            const std::uint32_t i = word * 64 + static_cast<std::uint32_t>(std::countr_zero(scratch.marks[word]));
-            scratch.marks[word] &= scratch.marks[word] - 1;
-            double weight = scratch.weights[i];
-            if (items[i].kind == Kind::definition)
-                for (std::uint32_t term = items[i].firstTerm; term < items[i + 1].firstTerm; ++term)
-                    weight += terms[term].coefficient * scratch.weights[store.variables[terms[term].variable].item];
-            scratch.weights[i] = limited(weight);
-            scratch.visited.push_back(i);
-            if (std::abs(weight) <= 1e-9)
-                continue;
-            first = std::min(first, items[i].variable);
-            for (std::uint32_t use = items[i].firstUse; use < items[i + 1].firstUse; ++use)
-                if (uses[use] < firstRow)
-                    seed(uses[use], 0);
-        }
+        scratch.sum.add(root.index, root.value);
+    std::uint32_t first = noIndex;
+    while (!scratch.sum.isEmpty()) {
+        const std::uint32_t i = scratch.sum.takeFirst();
+        scratch.visited.push_back(i);
+        double& move = scratch.sum.weight(i);
+        if (items[i].kind == Kind::definition)
+            for (std::uint32_t term = items[i].firstTerm; term < items[i + 1].firstTerm; ++term)
+                move += terms[term].coefficient * scratch.sum.weight(store.variables[terms[term].variable].item);
+        move = limited(move);
+        if (std::abs(move) <= 1e-9)
+            continue;
+        first = std::min(first, items[i].variable);
+        for (std::uint32_t use = items[i].firstUse; use < items[i + 1].firstUse; ++use)
+            if (uses[use] < firstRow)
+                scratch.sum.add(uses[use], 0);
     }
     for (const std::uint32_t i : scratch.visited)
-        scratch.weights[i] = 0;
-    scratch.visited.clear();
+        scratch.sum.weight(i) = 0;
     return first;
 }
 

@@ -77,9 +77,6 @@ private:
     void linkUses(const LayoutStore& store);
     double evaluate(const LayoutStore& store, const Item& item, const Item& next) const;
     void measureRow(const LayoutStore& store, std::uint32_t index);
-    void prepareSweep() const;
-    void seed(std::uint32_t item, double weight);
-    void seedTerms(const LayoutStore& store, std::uint32_t item, double weight);
     template <typename Visit> void sweepBack(const LayoutStore& store, const Visit& visit);
 
     std::vector<Item> items; // and one more, which ends the last one's ranges

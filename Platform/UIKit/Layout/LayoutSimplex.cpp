@@ -529,7 +529,8 @@ bool LayoutSimplex::findFreeMove(std::vector<Entry>& move)
         if (isFree({ column, 1 }) || isFree({ column, -1 }))
             free.push_back(column);
     for (const std::uint32_t column : free) {
-        const double share = 1 + std::fmod(column * 0.618033988749895, 1); // uneven, so that no two cancel each other out
+        // Unrelated shares, so that no two moves cancel each other out.
+        const double share = 1.5 + 0.5 * std::sin(1000.0 * (column + 1));
         for (const Entry& root : columns[column].roots)
             scratch.rootWeights[root.index] += share * root.value;
     }
@@ -537,6 +538,15 @@ bool LayoutSimplex::findFreeMove(std::vector<Entry>& move)
         if (const double weight = std::exchange(scratch.rootWeights[root], 0); std::abs(weight) > negligible)
             move.push_back({ root, weight });
     return !free.empty();
+}
+
+bool LayoutSimplex::isTied() const
+{
+    for (std::uint32_t column = 0; column < rootCount(); ++column)
+        for (const int direction : { 1, -1 })
+            if (leadingCost({ column, direction }).first == ranks.size())
+                return true;
+    return false;
 }
 
 bool LayoutSimplex::isFree(Move move)

@@ -44,6 +44,8 @@ public:
 
     // A mix of all directions in which the roots may move at no cost. False when the optimum is a point.
     bool findFreeMove(std::vector<Entry>& move);
+    // Whether a move would be free if the kinks right ahead were further away.
+    bool isTied() const;
     // A row that holds a variable near zero, ranked below all rows so far. It takes part from the next `optimise` on.
     void addStay(std::uint32_t source, double rank, std::span<const Entry> entries);
     bool isStay(std::uint32_t row) const { return rows[row].isStay; }
