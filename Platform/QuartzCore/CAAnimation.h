@@ -39,9 +39,9 @@ class CAAnimation : public NSObject {
 public:
     double beginTime = 0; // seconds; in a group relative to the group's start. On a layer 0 means: at the commit of the frame
                           // that first sees it; otherwise absolute host time
-    double duration = 0; // seconds; 0 takes the transaction's duration (0.25)
-    double speed = 1;
-    double timeOffset = 0;
+    double duration = 0; // seconds; 0 takes the transaction's duration (0.25), in a group the group's
+    double speed = 1; // 0 stands still at the time offset, negative plays from the end
+    double timeOffset = 0; // seconds of its own time; what is cut off at the start follows at the end
     double repeatCount = 0; // 0 counts as 1; infinity repeats for ever
     bool autoreverses = false;
     CAMediaTimingFillMode fillMode = CAMediaTimingFillMode::removed;
@@ -50,13 +50,20 @@ public:
     std::function<void(bool finished)> onStop; // once; false when removed before its end
 
     virtual std::shared_ptr<CAAnimation> copy() const = 0;
+
+protected:
+    void assign(const CAAnimation& other);
 };
 
 class CAPropertyAnimation : public CAAnimation {
 public:
-    std::string
-        keyPath; // "opacity", "position", "position.x", "transform.rotation", "transform.scale", "colors", "strokeEnd", ...
-    bool additive = false;
+    // "opacity", "position", "position.x", "bounds.size", "transform.rotation", "transform.scale", "colors", "strokeEnd", ...;
+    // one that the layer does not have runs without effect.
+    std::string keyPath;
+    bool additive = false; // the values are added to what the layer shows without this animation
+
+protected:
+    void assign(const CAPropertyAnimation& other);
 };
 
 class CABasicAnimation final : public CAPropertyAnimation {
@@ -64,23 +71,27 @@ public:
     static std::shared_ptr<CABasicAnimation> withKeyPath(std::string keyPath);
     CAValue fromValue, toValue, byValue; // absent ends take the layer's current value, as on the platform
     std::shared_ptr<CAAnimation> copy() const override;
+    void assign(const CABasicAnimation& other);
 };
 
 class CAKeyframeAnimation final : public CAPropertyAnimation {
 public:
     static std::shared_ptr<CAKeyframeAnimation> withKeyPath(std::string keyPath);
     std::vector<CAValue> values; // or a path, for points
-    std::shared_ptr<const CGPath> path;
-    std::vector<double> keyTimes; // 0 to 1, rising; absent: even steps
+    std::shared_ptr<const CGPath> path; // its line and curve ends are the keys; between them moves the curve's own parameter
+    // 0 to 1, rising, as many as values (discrete: one more is the end); absent or unusable: even steps. Paced takes none.
+    std::vector<double> keyTimes;
     std::vector<CAMediaTimingFunction> timingFunctions; // one fewer than the values; absent: linear
     CAAnimationCalculationMode calculationMode = CAAnimationCalculationMode::linear;
     std::shared_ptr<CAAnimation> copy() const override;
+    void assign(const CAKeyframeAnimation& other);
 };
 
 class CAAnimationGroup final : public CAAnimation {
 public:
     std::vector<std::shared_ptr<CAAnimation>> animations; // clipped to the group's duration
     std::shared_ptr<CAAnimation> copy() const override;
+    void assign(const CAAnimationGroup& other);
 };
 
 } // namespace platform

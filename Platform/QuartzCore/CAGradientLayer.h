@@ -7,22 +7,21 @@ namespace platform {
 // A linear gradient over its bounds, under its picture and sublayers.
 class CAGradientLayer final : public CALayer {
 public:
-    const std::vector<CGColor>& colors() const { return colors_; } // empty draws nothing
+    CAGradientLayer();
+
+    const std::vector<CGColor>& colors() const { return gradient.colors; } // empty draws nothing
     void setColors(std::vector<CGColor> colors);
     // 0 to 1, rising; empty spreads the colours evenly. Colours beyond the last location take no part, as on the platform.
-    const std::vector<double>& locations() const { return locations_; }
+    const std::vector<double>& locations() const { return gradient.locations; }
     void setLocations(std::vector<double> locations);
-    CGPoint startPoint() const { return startPoint_; } // in the unit square
+    CGPoint startPoint() const { return gradient.startPoint; } // in the unit square
     void setStartPoint(CGPoint p);
-    CGPoint endPoint() const { return endPoint_; }
+    CGPoint endPoint() const { return gradient.endPoint; }
     void setEndPoint(CGPoint p);
-    CAValue modelValue(std::string_view keyPath) const override;
+    const GradientValues& gradientValues() const { return gradient; }
 
 private:
-    std::vector<CGColor> colors_;
-    std::vector<double> locations_;
-    CGPoint startPoint_ { 0.5, 0 };
-    CGPoint endPoint_ { 0.5, 1 };
+    GradientValues gradient;
 };
 
 } // namespace platform

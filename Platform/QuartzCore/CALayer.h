@@ -6,6 +6,7 @@
 #include "Platform/CoreGraphics/CGPath.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/QuartzCore/CAAnimation.h"
+#include "Platform/QuartzCore/LayerValues.h"
 
 #include <cstdint>
 #include <memory>
@@ -43,8 +44,8 @@ public:
     virtual ~CALayerDelegate() = default;
     virtual void layoutSublayersOf(CALayer&) { }
     virtual void drawLayer(CALayer&, CGContext&) { }
-    // The animation for a change of a property that is about to happen, with its start value filled in by the layer; null for
-    // none.
+    // The animation for a change of a property that is about to happen; null for none. The layer fills in the key path and the
+    // start value (what is seen at present) where they are absent, and runs it under the property's name.
     virtual std::shared_ptr<CABasicAnimation> actionForLayer(CALayer&, std::string_view /*key*/) { return nullptr; }
 };
 
@@ -68,17 +69,17 @@ public:
     // Geometry, points. frame is derived from the others.
     CGRect frame() const;
     void setFrame(const CGRect& frame);
-    const CGRect& bounds() const { return bounds_; }
+    const CGRect& bounds() const { return values_.bounds; }
     void setBounds(const CGRect& bounds);
-    CGPoint position() const { return position_; }
+    CGPoint position() const { return values_.position; }
     void setPosition(CGPoint position);
-    CGPoint anchorPoint() const { return anchorPoint_; }
+    CGPoint anchorPoint() const { return values_.anchorPoint; }
     void setAnchorPoint(CGPoint anchorPoint);
-    const CGAffineTransform& transform() const { return transform_; }
+    const CGAffineTransform& transform() const { return values_.transform; }
     void setTransform(const CGAffineTransform& transform);
-    const CGAffineTransform& sublayerTransform() const { return sublayerTransform_; }
+    const CGAffineTransform& sublayerTransform() const { return values_.sublayerTransform; }
     void setSublayerTransform(const CGAffineTransform& transform);
-    CGFloat zPosition() const { return zPosition_; }
+    CGFloat zPosition() const { return values_.zPosition; }
     void setZPosition(CGFloat z);
     // This layer's coordinates to its superlayer's.
     CGAffineTransform transformToSuperlayer() const;
@@ -87,120 +88,150 @@ public:
     // Looks.
     bool isHidden() const { return hidden_; }
     void setHidden(bool hidden);
-    double opacity() const { return opacity_; } // 0 to 1; applies to the layer with all its sublayers as one picture
+    double opacity() const { return values_.opacity; } // 0 to 1; applies to the layer with all its sublayers as one picture
     void setOpacity(double opacity);
-    const std::optional<CGColor>& backgroundColor() const { return backgroundColor_; }
+    const std::optional<CGColor>& backgroundColor() const { return values_.backgroundColor; }
     void setBackgroundColor(std::optional<CGColor> color);
-    CGFloat cornerRadius() const { return cornerRadius_; }
+    CGFloat cornerRadius() const { return values_.cornerRadius; }
     void setCornerRadius(CGFloat radius);
     unsigned char maskedCorners() const { return maskedCorners_; }
     void setMaskedCorners(unsigned char corners);
-    CGFloat borderWidth() const { return borderWidth_; } // drawn inside the bounds, over the sublayers
+    CGFloat borderWidth() const { return values_.borderWidth; } // drawn inside the bounds, over the sublayers
     void setBorderWidth(CGFloat width);
-    const std::optional<CGColor>& borderColor() const { return borderColor_; }
+    const std::optional<CGColor>& borderColor() const { return values_.borderColor; }
     void setBorderColor(std::optional<CGColor> color);
     bool masksToBounds() const { return masksToBounds_; }
     void setMasksToBounds(bool masks);
     const std::shared_ptr<CALayer>& mask() const { return mask_; } // its alpha cuts the layer and its sublayers
     void setMask(std::shared_ptr<CALayer> mask);
 
-    const CGColor& shadowColor() const { return shadowColor_; }
+    const CGColor& shadowColor() const { return values_.shadowColor; }
     void setShadowColor(const CGColor& color);
-    double shadowOpacity() const { return shadowOpacity_; }
+    double shadowOpacity() const { return values_.shadowOpacity; }
     void setShadowOpacity(double opacity);
-    CGFloat shadowRadius() const { return shadowRadius_; } // points; the gaussian's sigma
+    CGFloat shadowRadius() const { return values_.shadowRadius; } // points; the gaussian's sigma
     void setShadowRadius(CGFloat radius);
-    CGSize shadowOffset() const { return shadowOffset_; }
+    CGSize shadowOffset() const { return values_.shadowOffset; }
     void setShadowOffset(CGSize offset);
-    const std::shared_ptr<const CGPath>& shadowPath() const { return shadowPath_; } // null: the layer's own outline of pixels
+    const std::shared_ptr<const CGPath>& shadowPath() const
+    {
+        return values_.shadowPath;
+    } // null: the layer's own outline of pixels
     void setShadowPath(std::shared_ptr<const CGPath> path);
 
     // The picture, over the background and under the sublayers.
-    const std::shared_ptr<const CGImage>& contents() const { return contents_; }
+    const std::shared_ptr<const CGImage>& contents() const { return values_.contents; }
     void setContents(std::shared_ptr<const CGImage> contents);
     CALayerContentsGravity contentsGravity() const { return contentsGravity_; }
     void setContentsGravity(CALayerContentsGravity gravity);
     CGFloat contentsScale() const { return contentsScale_; } // pixels a point of a picture that is not resized
     void setContentsScale(CGFloat scale);
-    const std::optional<CGColor>& contentsTint() const { return contentsTint_; } // fills the picture's alpha with one colour
+    const std::optional<CGColor>& contentsTint() const
+    {
+        return values_.contentsTint;
+    } // fills the picture's alpha with one colour
     void setContentsTint(std::optional<CGColor> tint);
     // Gaussian sigma in points of the blur of everything that lies behind this layer, 0 for none. Saturation is multiplied too.
-    CGFloat backdropBlurRadius() const { return backdropBlurRadius_; }
-    CGFloat backdropSaturation() const { return backdropSaturation_; }
+    CGFloat backdropBlurRadius() const { return values_.backdropBlurRadius; }
+    CGFloat backdropSaturation() const { return values_.backdropSaturation; }
     void setBackdropBlur(CGFloat radius, CGFloat saturation = 1);
 
-    // Drawing of its own: drawInContext or the delegate's drawLayer fills a backing store of the bounds' size before the commit.
+    // Drawing of its own: drawInContext or the delegate's drawLayer fills a backing store of the bounds' size (rounded up to
+    // whole pixels) before the commit; it lies between background and contents. A new size of the bounds marks a drawing layer
+    // too.
     void setNeedsDisplay();
     bool needsDisplay() const { return needsDisplay_; }
     void setDrawsContent(bool draws); // whether drawInContext / drawLayer is used at all; default false
     virtual void drawInContext(CGContext& context);
-    void displayIfNeeded(CGFloat scale);
+    void displayIfNeeded(CGFloat scale); // pixels a point
 
-    // Layout: marks this layer; the frame's layout pass calls layoutSublayers once.
+    // Layout: marks this layer; the frame's layout pass calls layoutSublayers once. A new size of the bounds and a new sublayer
+    // mark it too.
     void setNeedsLayout();
     bool needsLayout() const { return needsLayout_; }
+    // Lays out at once: from the topmost of the marked layers that lie in one line above this one, downwards.
     void layoutIfNeeded();
 
-    // Animations. A second one under the same key replaces the first; without a key (empty) it just runs.
+    // Animations. A second one under the same key replaces the first; without a key (empty) it just runs. They compose in the
+    // order they were added. onStop is never called from inside these, but by the next LayerCommitter::finishAnimations.
     void addAnimation(const std::shared_ptr<CAAnimation>& animation, const std::string& key = {});
     void removeAnimation(const std::string& key);
     void removeAllAnimations();
-    std::shared_ptr<CAAnimation> animation(const std::string& key) const;
-    std::vector<std::string> animationKeys() const;
+    std::shared_ptr<CAAnimation> animation(const std::string& key) const; // the copy that runs; null for none
+    std::vector<std::string> animationKeys() const; // in the order they were added, empty ones left out
     bool hasAnimations() const;
-    // The value under a key path with the running animations applied at that time, or the model's.
+    // The value under a key path with the running animations applied at that time (seconds on the current clock), or the model's.
+    // An animation that waits for its first commit counts as being at its start.
     CAValue presentationValue(std::string_view keyPath, double time) const;
-    virtual CAValue modelValue(std::string_view keyPath) const; // monostate for an unknown path
+    CAValue modelValue(std::string_view keyPath) const; // monostate for an unknown path and for an absent value
     CGRect presentationFrame(double time) const;
 
     // Bumped by every change of this layer (not of its sublayers) that can change a pixel.
     std::uint64_t changeCount() const { return changeCount_; }
 
-protected:
-    virtual void layoutSublayers();
-    // Called before a property of that key changes: asks for an action, and marks the layer for the next commit.
-    void willChange(std::string_view key);
+    enum class Kind : unsigned char { plain, gradient, shape };
+    Kind kind() const { return kind_; }
+    const LayerValues& values() const { return values_; }
 
-    friend class LayerCommitter;
-    friend class AnimationTimeline;
-    struct Animations; // running animations, made at the first addAnimation
-    std::unique_ptr<Animations> animations_;
+protected:
+    explicit CALayer(Kind kind);
+    virtual void layoutSublayers();
+    // Marks the layer for the next commit.
+    void didChange();
+    // Stores a property that differs from what it was, with the delegate's animation for that key.
+    template <typename T> void change(T& field, const T& value, std::string_view key)
+    {
+        if (field == value)
+            return;
+        auto action = actionFor(key);
+        field = value;
+        didChange(std::move(action), key);
+    }
+    // The same for paths, of which equal ones are often built anew.
+    void changePath(std::shared_ptr<const CGPath>& field, const std::shared_ptr<const CGPath>& value, std::string_view key);
 
 private:
+    friend class AnimationTimeline;
+    friend class LayerCommitter;
+    friend class LayerFlattener;
+    struct Animations; // running animations, made at the first addAnimation
+
+    // Before a property of that key changes: the delegate's animation for it, starting from what is seen now; null for none.
+    std::shared_ptr<CABasicAnimation> actionFor(std::string_view key);
+    // After it: runs the action, and marks the layer for the next commit.
+    void didChange(std::shared_ptr<CABasicAnimation> action, std::string_view key);
+    bool isWithin(const CALayer& other) const; // other itself or below it
+    void adopt(CALayer& layer);
+    void release(CALayer& layer);
+    void markAncestors(bool CALayer::*mark);
+    bool layoutPending() const { return needsLayout_ || subtreeNeedsLayout_; }
+    bool displayPending() const { return needsDisplay_ || subtreeNeedsDisplay_; }
+    void layoutSubtree();
+    void layoutUntilSettled();
+
     std::uint64_t id_;
     std::uint64_t changeCount_ = 1;
     std::vector<std::shared_ptr<CALayer>> sublayers_;
-    CALayer* superlayer_ = nullptr;
+    CALayer* superlayer_ = nullptr; // of a mask: the layer it cuts
     CALayerDelegate* delegate_ = nullptr;
-    CGRect bounds_;
-    CGPoint position_;
-    CGPoint anchorPoint_ { 0.5, 0.5 };
-    CGAffineTransform transform_;
-    CGAffineTransform sublayerTransform_;
-    CGFloat zPosition_ = 0;
-    double opacity_ = 1;
-    std::optional<CGColor> backgroundColor_;
-    CGFloat cornerRadius_ = 0;
-    CGFloat borderWidth_ = 0;
-    std::optional<CGColor> borderColor_;
+    LayerValues values_;
     std::shared_ptr<CALayer> mask_;
-    CGColor shadowColor_ { 0, 0, 0, 1 };
-    double shadowOpacity_ = 0;
-    CGFloat shadowRadius_ = 3;
-    CGSize shadowOffset_ { 0, -3 };
-    std::shared_ptr<const CGPath> shadowPath_;
-    std::shared_ptr<const CGImage> contents_;
+    std::unique_ptr<Animations> animations_;
+    std::shared_ptr<const CGImage> backing; // what drawInContext drew
+    CGFloat backingScale = 0; // pixels a point
     CGFloat contentsScale_ = 1;
-    std::optional<CGColor> contentsTint_;
-    CGFloat backdropBlurRadius_ = 0;
-    CGFloat backdropSaturation_ = 1;
+    const Kind kind_;
     CALayerContentsGravity contentsGravity_ = CALayerContentsGravity::resize;
     unsigned char maskedCorners_ = allCorners;
     bool hidden_ = false;
     bool masksToBounds_ = false;
+    bool drawsContent_ = false;
     bool needsDisplay_ = false;
     bool needsLayout_ = false;
-    bool drawsContent_ = false;
+    // Whether a layer below is marked, so that a frame finds the marked ones without walking the others.
+    bool subtreeNeedsDisplay_ = false;
+    bool subtreeNeedsLayout_ = false;
+    bool detached_ = false; // was in a tree and has been taken out: its animations end at the next commit
 };
 
 } // namespace platform

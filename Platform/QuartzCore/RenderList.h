@@ -68,6 +68,9 @@ struct RenderBackdrop {
 };
 
 // A subtree composed on its own first: for group opacity, a mask, a clip that cannot be cut per item, or a shadow of its pixels.
+// Content and mask lie in the same device pixels as the list around them and have clips of their own; the clip of the group's
+// item comes on top. The item's transform is that of the layer it stands for, in whose points the shadow is given; its rect the
+// layer's bounds.
 struct RenderGroup {
     std::shared_ptr<const RenderList> content;
     std::shared_ptr<const RenderList> mask; // its alpha multiplies the content; null for none
