@@ -1,6 +1,7 @@
-#include "Platform/CoreGraphics/Text/TextLayoutImpl.h"
+#include "Platform/CoreGraphics/Text/TextLayout.h"
 
 #include "Platform/CoreGraphics/Text/LineBuilder.h"
+#include "Platform/CoreGraphics/Text/TextLayoutImpl.h"
 #include "Platform/CoreGraphics/Text/TwoGenerationCache.h"
 
 #include <functional>
