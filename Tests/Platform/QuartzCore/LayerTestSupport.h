@@ -8,11 +8,16 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace platform {
+
+inline void PrintTo(const PixelRect& r, std::ostream* out) { *out << r.x << ' ' << r.y << ' ' << r.width << ' ' << r.height; }
+inline void PrintTo(const CGRect& r, std::ostream* out) { *out << r.x << ' ' << r.y << ' ' << r.width << ' ' << r.height; }
+inline void PrintTo(const CGPoint& p, std::ostream* out) { *out << p.x << ' ' << p.y; }
 
 // A screen of 100 by 200 points at 2 pixels a point, whose frames are made by hand.
 class LayerScreen : public testing::Test {
