@@ -290,10 +290,11 @@ CGPath CGPath::trimmed(CGFloat from, CGFloat to) const
     bool connected = false; // the last piece reaches the next segment's start
     for (const auto& segment : segments) {
         const double length = segment.length(), next = way + length;
+        connected = connected && !segment.beginsSubpath;
         if (length > 0 && next > begin && way < end) {
             const double t0 = segment.parameterAt(begin - way), t1 = next <= end ? 1 : segment.parameterAt(end - way);
             const double start = begin > way ? t0 : 0;
-            if (!connected || segment.beginsSubpath)
+            if (!connected)
                 result.moveTo(segment.at(start));
             const Cubic piece = segment.curve.piece(start, t1);
             if (segment.verb == Verb::curve)

@@ -300,7 +300,7 @@ struct Taps {
     std::array<std::uint16_t, 3> weights {};
 };
 
-// Shrinking by less than half: the part of each source pixel that the result pixel covers.
+// Shrinking to half or more: the part of each source pixel that the result pixel covers.
 Taps areaTaps(std::int64_t source, std::int64_t result, int index)
 {
     const std::int64_t from = index * source, to = from + source; // in units of 1/result of a source pixel
@@ -355,7 +355,7 @@ std::shared_ptr<Bitmap> resampled(const Bitmap& source, int width, int height)
     if (!result)
         return nullptr;
     // Shrunk much in one direction only: the taps reach three pixels, so a half step in that direction goes first.
-    if (from->width() >= 2 * width || from->height() >= 2 * height) {
+    if (from->width() > 2 * width || from->height() > 2 * height) {
         const auto step = resampled(*from, std::max(width, (from->width() + 1) / 2), std::max(height, (from->height() + 1) / 2));
         return step ? resampled(*step, width, height) : nullptr;
     }

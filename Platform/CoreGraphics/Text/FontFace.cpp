@@ -128,6 +128,7 @@ CTFont::Face::~Face()
 void CTFont::Face::readMetrics()
 {
     unitsPerEm = hb_face_get_upem(hb_font_get_face(shaper));
+    colored = hb_ot_color_has_png(hb_font_get_face(shaper));
     weight = int(hb_style_get_value(shaper, HB_STYLE_TAG_WEIGHT));
     hb_font_extents_t extents {};
     if (hb_font_get_h_extents(shaper, &extents)) {

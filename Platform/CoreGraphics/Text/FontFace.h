@@ -20,6 +20,7 @@ struct CTFont::Face {
     ~Face();
 
     bool isBoxes() const { return !shaper; }
+    bool isColored() const { return colored; } // emoji
     bool covers(char32_t character) const;
     // All of a cluster but for what needs no picture of its own (joiners, variation selectors, tags).
     bool coversAll(std::u32string_view cluster) const;
@@ -42,6 +43,7 @@ private:
     void readMetrics();
 
     std::unique_ptr<Bytes> bytes;
+    bool colored = false;
     mutable FT_FaceRec_* outlines_ = nullptr;
     mutable bool triedOutlines = false;
 };

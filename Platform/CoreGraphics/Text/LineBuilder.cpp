@@ -123,6 +123,8 @@ public:
         }
         if (fonts.empty())
             layout.styles.push_back({ paragraph.color, {}, false });
+        if (paragraph.lineBreakMode == NSLineBreakMode::byClipping && std::isfinite(width))
+            layout.clipWidth = width;
         measureLine();
         if (paragraph.numberOfLines > 0)
             allowed = std::size_t(paragraph.numberOfLines);
@@ -207,15 +209,16 @@ private:
         }
         if (i == text.length())
             return i;
-        if (lastBreak > start)
-            return lastBreak;
-        while (i > start && !text.isCharacterStart(i))
-            --i;
-        if (i == start) {
-            do
+        if (lastBreak > start) {
+            i = lastBreak;
+        } else {
+            while (i > start && !text.isCharacterStart(i))
+                --i;
+            for (i = std::max(i, start + 1); !text.isCharacterStart(i);)
                 ++i;
-            while (!text.isCharacterStart(i));
         }
+        while (i < text.length() && text.isSpace(i)) // hangs over the end
+            ++i;
         return i;
     }
 

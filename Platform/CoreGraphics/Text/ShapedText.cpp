@@ -156,9 +156,11 @@ void ShapedText::makeItems(const std::vector<unsigned char>& levels)
         auto* before = items.empty() ? nullptr : &items.back();
         auto face = wanted;
         const bool emoji = wantsEmoji(cluster);
-        if (before && before->stretch == stretch && cluster.size() == 1 && breaks[start].space
-            && before->face->covers(cluster[0]))
-            face = before->face; // a space between two words of a fallback font does not part them
+        // A space between two words of a fallback font does not part them; emoji fonts have spaces as wide as their pictures.
+        const bool joins = before && before->stretch == stretch && cluster.size() == 1 && breaks[start].space
+            && !before->face->isColored() && before->face->covers(cluster[0]);
+        if (joins)
+            face = before->face;
         else if (emoji || !wanted->coversAll(cluster)) {
             if (auto other = FontLibrary::shared().substitute(cluster, wanted->weight, emoji))
                 face = std::move(other);

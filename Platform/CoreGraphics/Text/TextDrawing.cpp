@@ -148,7 +148,11 @@ PixelRect textBounds(const TextLayout& text, const TextPlacement& placement)
 void drawText(Bitmap& target, const PixelRect& clip, const TextLayout& text, const TextPlacement& placement)
 {
     const Drawing drawing(text, placement);
-    const auto area = clip.intersection(target.bounds());
+    auto area = clip.intersection(target.bounds());
+    if (const auto width = drawing.layout.clipWidth) {
+        const int left = whole(placement.origin.x), right = whole(placement.origin.x + *width * placement.scale);
+        area = area.intersection({ left, area.y, right - left, area.height });
+    }
     const std::size_t lines = drawing.layout.lines.size();
     const double reach = drawing.hasShadow() ? 3 * drawing.shadowSigma() + std::abs(drawing.shadowY()) : 0;
     // All shadows lie under all letters.
