@@ -355,7 +355,8 @@ void LayoutComponent::settleOpenCores(LayoutStore& store)
     std::priority_queue<Candidate, std::vector<Candidate>, std::greater<>> candidates;
     const auto consider = [&](std::uint32_t core) {
         const std::uint32_t variable = firstOpenVariable(store, core);
-        cores[core].isOpen = variable != noIndex;
+        // One that is held already and still seems to move is a play of rounding errors.
+        cores[core].isOpen = variable != noIndex && graph.item(store.variables[variable].item).core == noIndex;
         if (cores[core].isOpen)
             candidates.push({ variable, core });
         else
@@ -372,10 +373,6 @@ void LayoutComponent::settleOpenCores(LayoutStore& store)
         candidates.pop();
         if (!cores[core].isOpen)
             continue; // it has become part of another one
-        if (firstOpenVariable(store, core) != variable) {
-            consider(core);
-            continue;
-        }
         holdNearZero(store, core, variable, rank);
         settleCores(store);
         consider(core);

@@ -321,15 +321,18 @@ void LayoutGraph::addDefinition(LayoutStore& store, std::uint32_t constraint)
     LayoutConstraintRecord& record = store.constraints[constraint];
     const LayoutTerm* target = nullptr;
     double largest = 0;
+    Item item;
     for (const LayoutTerm& term : record.equation.terms) {
         largest = std::max(largest, std::abs(term.coefficient));
-        if (store.variables[index(term.variable)].item == noIndex)
+        const std::uint32_t known = store.variables[index(term.variable)].item;
+        if (known == noIndex)
             target = &term;
+        else
+            item.isRooted |= items[known].isRooted;
     }
-    if (std::abs(target->coefficient) < weakestPivot * largest)
+    if (item.isRooted && std::abs(target->coefficient) < weakestPivot * largest)
         return addRoot(store, index(target->variable));
 
-    Item item;
     item.kind = Kind::definition;
     item.variable = index(target->variable);
     item.origin = constraint;
@@ -340,7 +343,6 @@ void LayoutGraph::addDefinition(LayoutStore& store, std::uint32_t constraint)
         if (&term == target)
             continue;
         terms.push_back({ -term.coefficient * record.scale, index(term.variable) });
-        item.isRooted |= items[store.variables[index(term.variable)].item].isRooted;
     }
     record.item = static_cast<std::uint32_t>(items.size());
     record.isDefinition = true;

@@ -244,7 +244,7 @@ void LayoutSimplex::optimise(std::vector<double>& moves)
     // Steps without progress are normal where many rows meet in a point, but they must not go round in circles.
     const std::size_t patience = 16 + 2 * rootCount();
     std::size_t idleSteps = 0;
-    std::size_t stepsLeft = 1000 + 20 * (columns.size() + rows.size());
+    std::size_t stepsLeft = 100 + 10 * (columns.size() + rows.size()); // far more than steps that get on need
     price();
     for (Move move = chooseMove(); move.column != none && stepsLeft > 0; move = chooseMove(), --stepsLeft) {
         idleSteps = step(move, moves) ? 0 : idleSteps + 1;
