@@ -3,6 +3,7 @@
 #include "Platform/CoreGraphics/Bitmap.h"
 #include "Platform/QuartzCore/PixelKernels.h"
 
+#include <array>
 #include <memory>
 #include <optional>
 
@@ -58,16 +59,23 @@ public:
     // depends on its place alone when `exact`; otherwise narrow areas stay whole.
     template <typename Piece> void split(const PixelRect& area, bool exact, const Piece& piece) const;
     void multiplyInto(RowCoverage& row, int x, int y, int count) const;
+    // Cuts off ends of a row that are not covered; the count may become 0.
+    void narrow(int y, int& x, int& count) const;
 
 private:
-    int maskRow(int y) const;
+    void coverSlantedRow(std::uint8_t* to, int x, int y, int count) const;
+    static int fullnessOf(std::uint8_t value) { return value == 0 ? 0 : value == 255 ? 2 : 1; }
+    const std::uint8_t* maskRow(int y) const;
     void assemble(std::uint8_t* to, int x, const std::uint8_t* row, int count) const;
     PixelRect middleColumn() const { return { outer.x + left, outer.y, outer.width - left - right, outer.height }; }
-    void setParts(int fromLeft, int fromTop, int fromRight, int fromBottom, std::shared_ptr<const Bitmap> alpha);
+    // The parts that do not stretch, and the small picture's size; the mask, or the edges, are there already.
+    void setParts(int fromLeft, int fromTop, int fromRight, int fromBottom, int width, int height);
 
     PixelRect outer;
     int left = 0, top = 0, right = 0, bottom = 0; // the parts that do not stretch, pixels
-    std::shared_ptr<const Bitmap> mask; // a8; null: full everywhere
+    int maskWidth = 0, maskHeight = 0; // of the small picture; 0: full everywhere
+    std::shared_ptr<const Bitmap> mask; // a8; null: the edges below
+    std::array<std::uint8_t, 9> edges {}; // rows of a picture of at most 3 by 3 pixels
     bool middleRowIsFull = false;
     std::shared_ptr<const rows::RoundedRect> slanted;
     std::shared_ptr<const rows::RoundedRect> hole; // of a slanted ring
@@ -81,11 +89,11 @@ template <typename Piece> void Coverage::split(const PixelRect& area, bool exact
             piece(r, full);
     };
     const PixelRect r = area.intersection(outer);
-    if (r.isEmpty() || slanted || !mask)
+    if (r.isEmpty() || slanted || maskWidth == 0)
         return emit(r, !slanted);
     const PixelRect column = middleColumn();
     const PixelRect center { column.x, outer.y + top, column.width, outer.height - top - bottom };
-    const std::uint8_t middle = mask->alphaRow(maskRow(center.y))[std::min(left, mask->width() - 1)];
+    const std::uint8_t middle = maskRow(center.y)[std::min(left, maskWidth - 1)];
     if (center.contains(r))
         return middle ? emit(r, middle == 255) : void();
     if (!exact && r.width <= narrow)
@@ -95,10 +103,21 @@ template <typename Piece> void Coverage::split(const PixelRect& area, bool exact
     if (middleRowIsFull) {
         emit(band.intersection(r), true);
     } else {
-        emit(PixelRect { outer.x, band.y, left, band.height }.intersection(r), false);
+        // Columns of a side that are all full, or all empty, such as those of a border.
+        const std::uint8_t* row = maskRow(center.y);
+        const auto emitSide = [&](int sideX, int sideWidth, const std::uint8_t* values) {
+            for (int x = 0, end = 0; x < sideWidth; x = end) {
+                const int kind = fullnessOf(values[x]);
+                while (end < sideWidth && fullnessOf(values[end]) == kind)
+                    ++end;
+                if (kind)
+                    emit(PixelRect { sideX + x, band.y, end - x, band.height }.intersection(r), kind == 2);
+            }
+        };
+        emitSide(outer.x, left, row);
         if (middle)
             emit(center.intersection(r), middle == 255);
-        emit(PixelRect { column.maxX(), band.y, right, band.height }.intersection(r), false);
+        emitSide(column.maxX(), right, row + maskWidth - right);
     }
     // Above and below them; in the middle column runs of equally full rows go together.
     for (const PixelRect& rowsApart :
@@ -106,10 +125,7 @@ template <typename Piece> void Coverage::split(const PixelRect& area, bool exact
         emit(PixelRect { outer.x, rowsApart.y, left, rowsApart.height }.intersection(r), false);
         emit(PixelRect { column.maxX(), rowsApart.y, right, rowsApart.height }.intersection(r), false);
         const PixelRect run = PixelRect { column.x, rowsApart.y, column.width, rowsApart.height }.intersection(r);
-        const auto fullness = [&](int y) {
-            const std::uint8_t value = mask->alphaRow(maskRow(y))[left];
-            return value == 0 ? 0 : value == 255 ? 2 : 1;
-        };
+        const auto fullness = [&](int y) { return fullnessOf(maskRow(y)[left]); };
         for (int y = run.y, end = y; y < run.maxY(); y = end) {
             const int kind = fullness(y);
             while (end < run.maxY() && fullness(end) == kind)

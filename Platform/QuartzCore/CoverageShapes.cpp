@@ -217,10 +217,19 @@ Coverage Coverage::roundedRect(
     if (c.outer.isEmpty() || (upright->isWhole() && upright->radiusX == 0))
         return c;
     const Parts parts(*upright, upright->radiusX, upright->radiusY, 0);
+    if (upright->radiusX == 0 && parts.width <= 3 && parts.height <= 3) {
+        // An edge between pixels, as a moving picture has it each frame anew, needs no bitmap.
+        const auto shape = circularShape(parts.small);
+        for (int y = 0; y < parts.height; ++y)
+            rows::coverRow(c.edges.data() + y * 3, shape, 0, y, parts.width);
+        c.setParts(parts.left, parts.top, parts.right, parts.bottom, parts.width, parts.height);
+        return c;
+    }
     PixelKey key(PixelKey::corners);
     parts.addTo(key);
-    auto mask = cache.findOrMake(key, [&] { return drawn(parts.small, parts.width, parts.height); });
-    c.setParts(parts.left, parts.top, parts.right, parts.bottom, std::move(mask));
+    c.mask = cache.findOrMake(key, [&] { return drawn(parts.small, parts.width, parts.height); });
+    if (c.mask)
+        c.setParts(parts.left, parts.top, parts.right, parts.bottom, parts.width, parts.height);
     return c;
 }
 
@@ -244,8 +253,9 @@ Coverage Coverage::ring(
     PixelKey key(PixelKey::ring);
     parts.addTo(key);
     key.add(ringX).add(ringY);
-    auto mask = cache.findOrMake(key, [&] { return drawnRing(parts.small, parts.width, parts.height, ringX, ringY); });
-    c.setParts(parts.left, parts.top, parts.right, parts.bottom, std::move(mask));
+    c.mask = cache.findOrMake(key, [&] { return drawnRing(parts.small, parts.width, parts.height, ringX, ringY); });
+    if (c.mask)
+        c.setParts(parts.left, parts.top, parts.right, parts.bottom, parts.width, parts.height);
     return c;
 }
 
@@ -258,8 +268,9 @@ Coverage Coverage::shadow(const UprightRect& rect, double sigmaX, double sigmaY,
     PixelKey key(PixelKey::shadow);
     parts.addTo(key);
     key.add(sigmaX).add(sigmaY);
-    auto mask = cache.findOrMake(key, [&] { return drawnShadow(parts.small, parts.width, parts.height, sigmaX, sigmaY); });
-    c.setParts(parts.left, parts.top, parts.right, parts.bottom, std::move(mask));
+    c.mask = cache.findOrMake(key, [&] { return drawnShadow(parts.small, parts.width, parts.height, sigmaX, sigmaY); });
+    if (c.mask)
+        c.setParts(parts.left, parts.top, parts.right, parts.bottom, parts.width, parts.height);
     return c;
 }
 

@@ -225,8 +225,12 @@ void ListPainter::draw(
 void ListPainter::drawPiece(
     const Surface& surface, const PixelRect& area, PixelSource& source, const Actives& actives, unsigned opacity)
 {
-    const int x = area.x, count = area.width;
     for (int y = area.y; y < area.maxY(); ++y) {
+        int x = area.x, count = area.width;
+        for (const Coverage* active : actives)
+            active->narrow(y, x, count);
+        if (count == 0)
+            continue;
         RowCoverage coverage { nullptr, opacity, productRoom.data(), piecesRoom.data() };
         for (const Coverage* active : actives)
             active->multiplyInto(coverage, x, y, count);

@@ -47,6 +47,24 @@ INLINE Pixel mixed(Pixel a, Pixel b, std::uint32_t weight)
 
 INLINE Pixel overPixel(Pixel to, Pixel from) { return from + scaled(to, 255 - (from >> 24)); }
 
+// How many of `count` steps from `first` stay within 0 and `limit`, exclusive; `skipped` steps before that are outside.
+struct Run {
+    int skipped, inside;
+};
+INLINE Run runInside(std::int64_t first, std::int64_t step, std::int64_t limit, int count)
+{
+    if (limit <= 0)
+        return { count, 0 };
+    const auto stepsTo = [&](std::int64_t distance, std::int64_t stride) { // until it is covered, rounded up
+        return distance <= 0 ? 0 : int(std::min<std::int64_t>((distance + stride - 1) / stride, count));
+    };
+    if (step == 0)
+        return first >= 0 && first < limit ? Run { 0, count } : Run { count, 0 };
+    const int from = step > 0 ? stepsTo(-first, step) : stepsTo(first - limit + 1, -step);
+    const int to = step > 0 ? stepsTo(limit - first, step) : stepsTo(first + 1, -step);
+    return { from, std::max(to - from, 0) };
+}
+
 } // namespace
 
 // Functions of their own name, as one compiler wants every declaration of a clone marked.
@@ -135,52 +153,66 @@ FOR_EACH_PROCESSOR void sampleRow(
     Pixel* __restrict to, const Pixel* __restrict row, int last, std::int64_t x, std::int64_t step, int count)
 {
     // The held ends apart, what remains fits 32 bits and needs no bounds.
-    const std::int64_t end = std::int64_t(last) << 16;
-    int i = 0;
-    for (; i < count && (x < 0 || x >= end); ++i, x += step)
-        to[i] = row[x < 0 ? 0 : last];
-    int inside = 0;
-    if (i < count && step != 0)
-        inside = int(std::min<std::int64_t>(count - i, step > 0 ? (end - 1 - x) / step + 1 : x / -step + 1));
-    else
-        inside = count - i;
-    const std::int32_t start = std::int32_t(x), stride = std::int32_t(step);
-    Pixel* __restrict out = to + i;
-    for (int k = 0; k < inside; ++k) {
-        const std::int32_t at = start + k * stride;
-        const std::int32_t index = at >> 16;
-        out[k] = mixed(row[index], row[index + 1], std::uint32_t(at >> 8) & 255);
+    const Run run = runInside(x, step, std::int64_t(last) << 16, count);
+    for (int i = 0; i < run.skipped; ++i)
+        to[i] = row[x + i * step < 0 ? 0 : last];
+    const auto start = std::int32_t(x + run.skipped * step), stride = std::int32_t(step);
+    Pixel* __restrict out = to + run.skipped;
+    for (int i = 0; i < run.inside; ++i) {
+        const std::int32_t at = start + i * stride;
+        out[i] = mixed(row[at >> 16], row[(at >> 16) + 1], std::uint32_t(at >> 8) & 255);
     }
-    i += inside;
-    x += step * inside;
-    for (; i < count; ++i, x += step)
-        to[i] = row[x < 0 ? 0 : last];
+    for (int i = run.skipped + run.inside; i < count; ++i)
+        to[i] = row[x + i * step < 0 ? 0 : last];
 }
 
-void samplePicture(Pixel* to, const Pixel* pixels, int stride, int width, int height, SlantedWalk walk, int count)
+FOR_EACH_PROCESSOR void samplePicture(
+    Pixel* __restrict to, const Pixel* __restrict pixels, int stride, int width, int height, SlantedWalk walk, int count)
 {
     const std::int64_t endX = std::int64_t(width - 1) << 16, endY = std::int64_t(height - 1) << 16;
-    for (int i = 0; i < count; ++i) {
-        const std::int64_t x = std::clamp<std::int64_t>(walk.x + i * walk.stepX, 0, endX);
-        const std::int64_t y = std::clamp<std::int64_t>(walk.y + i * walk.stepY, 0, endY);
-        const int left = int(x >> 16), top = int(y >> 16);
-        const int right = std::min(left + 1, width - 1), bottom = std::min(top + 1, height - 1);
-        const unsigned weightX = unsigned(x >> 8) & 255, weightY = unsigned(y >> 8) & 255;
-        const Pixel* a = pixels + std::ptrdiff_t(top) * stride;
-        const Pixel* b = pixels + std::ptrdiff_t(bottom) * stride;
-        to[i] = mixed(mixed(a[left], b[left], weightY), mixed(a[right], b[right], weightY), weightX);
+    const auto held = [&](int from, int until) {
+        for (int i = from; i < until; ++i) {
+            const std::int64_t x = std::clamp<std::int64_t>(walk.x + i * walk.stepX, 0, endX);
+            const std::int64_t y = std::clamp<std::int64_t>(walk.y + i * walk.stepY, 0, endY);
+            const int left = int(x >> 16), top = int(y >> 16);
+            const int right = std::min(left + 1, width - 1), bottom = std::min(top + 1, height - 1);
+            const unsigned weightX = unsigned(x >> 8) & 255, weightY = unsigned(y >> 8) & 255;
+            const Pixel* a = pixels + std::ptrdiff_t(top) * stride;
+            const Pixel* b = pixels + std::ptrdiff_t(bottom) * stride;
+            to[i] = mixed(mixed(a[left], b[left], weightY), mixed(a[right], b[right], weightY), weightX);
+        }
+    };
+    const Run alongX = runInside(walk.x, walk.stepX, endX, count), alongY = runInside(walk.y, walk.stepY, endY, count);
+    const int from = std::max(alongX.skipped, alongY.skipped);
+    const int until = std::max(from, std::min(alongX.skipped + alongX.inside, alongY.skipped + alongY.inside));
+    held(0, from);
+    // Within the picture 32 bits do, and nothing needs to be held.
+    const auto x0 = std::int32_t(walk.x + from * walk.stepX), y0 = std::int32_t(walk.y + from * walk.stepY);
+    const auto stepX = std::int32_t(walk.stepX), stepY = std::int32_t(walk.stepY);
+    Pixel* __restrict out = to + from;
+    for (int i = 0; i < until - from; ++i) {
+        const std::int32_t x = x0 + i * stepX, y = y0 + i * stepY;
+        const std::int32_t at = (y >> 16) * stride + (x >> 16);
+        const std::uint32_t weightX = std::uint32_t(x >> 8) & 255, weightY = std::uint32_t(y >> 8) & 255;
+        out[i] = mixed(
+            mixed(pixels[at], pixels[at + stride], weightY), mixed(pixels[at + 1], pixels[at + stride + 1], weightY), weightX);
     }
+    held(until, count);
 }
 
 FOR_EACH_PROCESSOR void lookUp(
     Pixel* __restrict to, const Pixel* __restrict table, int last, std::int64_t position, std::int64_t step, int count)
 {
     const std::int64_t end = std::int64_t(last) << 16;
-    for (int i = 0; i < count; ++i) {
-        std::int64_t at = position + i * step;
-        at = at < 0 ? 0 : at > end ? end : at;
-        to[i] = table[at >> 16];
-    }
+    const Run run = runInside(position, step, end, count);
+    for (int i = 0; i < run.skipped; ++i)
+        to[i] = table[position + i * step < 0 ? 0 : last];
+    const auto start = std::int32_t(position + run.skipped * step), stride = std::int32_t(step);
+    Pixel* __restrict out = to + run.skipped;
+    for (int i = 0; i < run.inside; ++i)
+        out[i] = table[(start + i * stride) >> 16];
+    for (int i = run.skipped + run.inside; i < count; ++i)
+        to[i] = table[position + i * step < 0 ? 0 : last];
 }
 
 FOR_EACH_PROCESSOR void coverRow(std::uint8_t* to, const RoundedRect& shape, int x, int y, int count)
@@ -205,7 +237,8 @@ FOR_EACH_PROCESSOR void coverRow(std::uint8_t* to, const RoundedRect& shape, int
             const double u = (radius - nearX) / radius, v = (radius - nearY) / radius;
             const double length = std::sqrt(u * u + v * v);
             const double su = left <= right ? u : -u, sv = top <= bottom ? v : -v;
-            const double slope = std::hypot(m.a * su + m.b * sv, m.c * su + m.d * sv) / radius;
+            const double gradientX = m.a * su + m.b * sv, gradientY = m.c * su + m.d * sv;
+            const double slope = std::sqrt(gradientX * gradientX + gradientY * gradientY) / radius;
             cover = std::min(cover, slope > 0 ? clamped(0.5 - length * (length - 1) / slope) : 1.0);
         }
         to[i] = std::uint8_t(cover * 255 + 0.5);
