@@ -31,12 +31,9 @@ UIButton::UIButton(const CGRect& frame)
     titleLabel_->setFont(UIFont::systemFont(UIFont::buttonFontSize));
     titleLabel_->setLineBreakMode(NSLineBreakMode::byTruncatingMiddle);
     titleLabel_->setTextColor(UIColor::white());
-    titleLabel_->setSizeOwner(this);
     addSubview(imageView_);
     addSubview(titleLabel_);
 }
-
-UIButton::~UIButton() { titleLabel_->setSizeOwner(nullptr); }
 
 void UIButton::setTitle(std::optional<std::string> title, UIControlState state)
 {
@@ -152,6 +149,15 @@ void UIButton::stateDidChange()
     setNeedsLayout();
 }
 
+void UIButton::subviewContentSizeDidChange(UIView& subview)
+{
+    UIControl::subviewContentSizeDidChange(subview);
+    if (&subview != imageView_.get() && &subview != titleLabel_.get())
+        return;
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
+}
+
 void UIButton::traitCollectionDidChange(const UITraitCollection& previous)
 {
     UIControl::traitCollectionDidChange(previous);
@@ -170,16 +176,11 @@ void UIButton::showContent()
     titleLabel_->setHidden(title(present).empty());
 
     const auto& shown = image(present);
-    const CGSize formerSize = imageView_->sizeThatFits({});
     imageView_->setImage(shown);
     imageView_->setHidden(!shown);
     const bool hasOwnImage = present == UIControlState::normal || images.contains(present);
     const bool isDimmed = contains(present, UIControlState::highlighted) || contains(present, UIControlState::disabled);
     imageView_->setAlpha(isDimmed && adjustsWhenHighlighted && !hasOwnImage ? dimmed : 1);
-    if (imageView_->sizeThatFits({}) != formerSize) {
-        invalidateIntrinsicContentSize();
-        setNeedsLayout();
-    }
 }
 
 bool UIButton::isRightToLeft() const

@@ -18,7 +18,6 @@ class UILabel;
 class UIButton : public UIControl {
 public:
     explicit UIButton(const CGRect& frame = {});
-    ~UIButton() override;
 
     // Absent takes the state's own entry away; an empty title is a title.
     void setTitle(std::optional<std::string> title, UIControlState state = UIControlState::normal);
@@ -55,6 +54,7 @@ public:
 protected:
     void layoutSubviews() override;
     void stateDidChange() override;
+    void subviewContentSizeDidChange(UIView& subview) override;
     void traitCollectionDidChange(const UITraitCollection& previous) override;
     CGFloat firstBaselineOffset() const override;
     CGFloat lastBaselineOffset() const override;

@@ -1,6 +1,6 @@
 #include "Platform/UIKit/UILabel.h"
 
-#include "Platform/UIKit/TextDrawing.h"
+#include "Platform/UIKit/TextPicture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -186,10 +186,6 @@ void UILabel::contentChanged()
 {
     invalidateIntrinsicContentSize();
     setNeedsLayout();
-    if (sizeOwner) {
-        sizeOwner->invalidateIntrinsicContentSize();
-        sizeOwner->setNeedsLayout();
-    }
 }
 
 TextParagraph UILabel::paragraph(CGFloat fontScale) const
@@ -297,14 +293,13 @@ void UILabel::showText()
     }
     const UITraitCollection& present = traitCollection();
     const bool tinted = isSingleColored();
-    const TextDrawing drawing = textDrawing(
-        shown->layout, shown->paragraph, tinted ? TextColoring::coverage : TextColoring::ownColors, present.displayScale);
+    const TextPicture picture = textPicture(shown->layout, shown->paragraph, present.displayScale);
     if (!textLayer) {
         textLayer = make<CALayer>();
         layer()->insertSublayer(textLayer, 0);
     }
-    textLayer->setFrame(drawing.rect.offsetBy(shown->origin.x, shown->origin.y));
-    textLayer->setContents(drawing.picture);
+    textLayer->setFrame(picture.rect.offsetBy(shown->origin.x, shown->origin.y));
+    textLayer->setContents(picture.image);
     textLayer->setContentsTint(tinted ? std::optional(textColor_.cgColor(present)) : std::nullopt);
 }
 

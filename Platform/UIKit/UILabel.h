@@ -50,9 +50,6 @@ public:
     std::shared_ptr<const TextLayout> displayedLayout() const;
     CGRect textRect() const;
 
-    // The view whose own intrinsic size is made of this label's, and hears of its changes; it takes itself away at its end.
-    void setSizeOwner(UIView* owner) { sizeOwner = owner; }
-
     // UIView
     CGSize intrinsicContentSize() const override;
     CGSize sizeThatFits(const CGSize& size) const override;
@@ -92,7 +89,6 @@ private:
     NSLineBreakMode lineBreakMode_ = NSLineBreakMode::byTruncatingTail;
     bool adjustsFontSize = false;
     std::shared_ptr<CALayer> textLayer;
-    UIView* sizeOwner = nullptr;
 };
 
 } // namespace platform

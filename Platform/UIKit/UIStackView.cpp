@@ -113,20 +113,19 @@ void UIStackView::updateConstraints()
     for (const auto& gap : gaps)
         addLayoutGuide(gap);
     NSLayoutConstraint::activate(made);
-    proportions = presentProportions();
-}
-
-void UIStackView::layoutSubviews()
-{
-    UIView::layoutSubviews();
-    if (presentProportions() != proportions)
-        arrangementChanged();
 }
 
 void UIStackView::willRemoveSubview(UIView& subview)
 {
     removeArrangedSubview(subview);
     UIView::willRemoveSubview(subview);
+}
+
+void UIStackView::subviewContentSizeDidChange(UIView& subview)
+{
+    UIView::subviewContentSizeDidChange(subview);
+    if (distribution_ == UIStackViewDistribution::fillProportionally)
+        arrangementChanged();
 }
 
 void UIStackView::subviewHiddenDidChange(UIView& subview)
@@ -136,6 +135,21 @@ void UIStackView::subviewHiddenDidChange(UIView& subview)
         return;
     subview.setExcludedFromLayout(subview.isHidden());
     arrangementChanged();
+    if (inheritedAnimationDuration() > 0)
+        animateArrangement(subview);
+}
+
+// Inside an animation block the others move to their new places, and one that comes fades in at its own.
+void UIStackView::animateArrangement(UIView& changed)
+{
+    layoutIfNeeded();
+    if (changed.isHidden())
+        return;
+    for (const char* key : { "position", "bounds" })
+        changed.layer()->removeAnimation(key);
+    const CGFloat alpha = changed.alpha();
+    performWithoutAnimation([&] { changed.setAlpha(0); });
+    changed.setAlpha(alpha);
 }
 
 std::vector<UIView*> UIStackView::shownViews() const
@@ -146,16 +160,6 @@ std::vector<UIView*> UIStackView::shownViews() const
             shown.push_back(view.get());
     }
     return shown;
-}
-
-std::vector<CGSize> UIStackView::presentProportions() const
-{
-    std::vector<CGSize> sizes;
-    if (distribution_ != UIStackViewDistribution::fillProportionally)
-        return sizes;
-    for (const UIView* view : shownViews())
-        sizes.push_back(view->intrinsicContentSize());
-    return sizes;
 }
 
 void UIStackView::arrangementChanged()

@@ -21,7 +21,8 @@ enum class UIStackViewAlignment : unsigned char {
 };
 
 // Lays its arranged subviews out in a row or a column, by constraints of its own. A hidden one takes no part, nor do the
-// constraints on its size; inside an animation block the others move to their new places.
+// constraints on its size; inside an animation block the others move to their new places and one
+// that is shown again fades in.
 class UIStackView : public UIView {
 public:
     explicit UIStackView(const CGRect& frame = {});
@@ -48,14 +49,14 @@ public:
 
 protected:
     void updateConstraints() override;
-    void layoutSubviews() override;
     void willRemoveSubview(UIView& subview) override;
+    void subviewContentSizeDidChange(UIView& subview) override;
     void subviewHiddenDidChange(UIView& subview) override;
 
 private:
     std::vector<UIView*> shownViews() const;
-    std::vector<CGSize> presentProportions() const; // nothing for the other distributions
     void arrangementChanged();
+    void animateArrangement(UIView& changed);
 
     std::vector<std::shared_ptr<UIView>> arranged;
     std::map<const UIView*, CGFloat> customSpacings;
@@ -65,7 +66,6 @@ private:
     UIStackViewAlignment alignment_ = UIStackViewAlignment::fill;
     NSLayoutConstraints made; // its own constraints, active
     std::vector<std::shared_ptr<UILayoutGuide>> gaps; // that are kept equal
-    std::vector<CGSize> proportions; // the intrinsic sizes that `made` was made from
     bool arrangementIsStale = false;
 };
 

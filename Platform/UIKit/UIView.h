@@ -153,6 +153,7 @@ public:
     static void animate(double duration, double delay, UIViewAnimationCurve curve, const std::function<void()>& animations,
         std::function<void(bool)> completion = {});
     static void performWithoutAnimation(const std::function<void()>& changes);
+    static double inheritedAnimationDuration(); // seconds, of the block that is being run; 0 outside
 
     // UIResponder
     UIResponder* nextResponder() const override; // its controller, else the superview
@@ -169,6 +170,7 @@ protected:
     virtual void didAddSubview(UIView& /*subview*/) { }
     virtual void willRemoveSubview(UIView& /*subview*/) { }
     virtual void subviewHiddenDidChange(UIView& /*subview*/) { }
+    virtual void subviewContentSizeDidChange(UIView& /*subview*/) { } // its intrinsic size
     // Places the subviews that constraints place: an override calls it first, and finds their final frames afterwards.
     virtual void layoutSubviews();
     // Before the constraints are solved, after setNeedsUpdateConstraints.
@@ -191,6 +193,7 @@ protected:
 
 private:
     friend class ConstraintKeeper;
+    friend class UIApplication;
     friend class LayoutRoot;
     friend class UILayoutGuide;
     friend class UIScreen;
@@ -228,6 +231,8 @@ private:
     LayoutRoot* layoutRoot() const; // of the engine that places its subviews; null while none is needed
     LayoutRoot& makeLayoutRoot();
     UIView& layoutRootView() const;
+    void layoutRootChanged();
+    bool solveConstraints(); // of this root; false when nothing waited
 
     std::shared_ptr<CALayer> layer_;
     std::vector<std::shared_ptr<UIView>> subviews_;

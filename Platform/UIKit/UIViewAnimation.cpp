@@ -92,6 +92,8 @@ void UIView::performWithoutAnimation(const std::function<void()>& changes)
     changes();
 }
 
+double UIView::inheritedAnimationDuration() { return running().empty() ? 0 : running().back().duration; }
+
 std::shared_ptr<CABasicAnimation> UIView::actionForLayer(CALayer& layer, std::string_view key)
 {
     if (running().empty() || running().back().duration <= 0 || &layer != layer_.get() || !isAnimatable(key))

@@ -1,4 +1,5 @@
 // How views and the constraint engine of their tree talk to each other.
+#include "Platform/QuartzCore/FrameRequest.h"
 #include "Platform/UIKit/ConstraintKeeper.h"
 #include "Platform/UIKit/LayoutRoot.h"
 #include "Platform/UIKit/UIView.h"
@@ -85,11 +86,13 @@ void UIView::setNeedsUpdateConstraints()
     if (LayoutRoot* root = layoutRoot())
         root->updateConstraintsOf(*this);
     else
-        layoutRootView().setNeedsLayout();
+        layoutRootView().layoutRootChanged();
 }
 
 void UIView::invalidateIntrinsicContentSize()
 {
+    if (superview_)
+        superview_->subviewContentSizeDidChange(*this);
     LayoutRoot* root = superview_ ? superview_->layoutRoot() : nullptr;
     if (!root || constraintsNaming().empty())
         return;
@@ -184,6 +187,26 @@ UIView& UIView::layoutRootView() const
     while (view->superview_ && !view->layoutRootFlag)
         view = view->superview_;
     return const_cast<UIView&>(*view);
+}
+
+bool UIView::solveConstraints()
+{
+    const bool isNew = !ownLayoutRoot;
+    LayoutRoot& root = makeLayoutRoot();
+    if (!isNew && !root.needsSolve())
+        return false;
+    root.solve();
+    return true;
+}
+
+// Constraints of this root wait to be solved. That alone is no reason to lay out the topmost view: a layoutIfNeeded further down
+// would then begin here, and animate what does not belong to it.
+void UIView::layoutRootChanged()
+{
+    if (superview_)
+        setNeedsLayout();
+    else
+        FrameRequest::make();
 }
 
 CGRect UIView::frameByLayout(const UILayoutGuide& guide) const

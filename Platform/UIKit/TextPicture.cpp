@@ -1,4 +1,4 @@
-#include "Platform/UIKit/TextDrawing.h"
+#include "Platform/UIKit/TextPicture.h"
 
 #include "Platform/CoreGraphics/CGContext.h"
 #include "Platform/Foundation/Text.h"
@@ -13,7 +13,7 @@ namespace {
 constexpr CGFloat sideOverhang = 2; // points; glyphs reach that far over their advance
 constexpr char32_t firstTallCharacter = 0x300; // from here on scripts and marks may be taller than the line's font
 constexpr double tallOverhang = 0.35; // of the line height
-constexpr std::size_t keptDrawings = 256; // no pixels in them
+constexpr std::size_t keptPictures = 256; // without their pixels
 
 // The characters that emoji are made of: pictures, symbols that have a coloured form, and what joins or selects them.
 bool mayBeColored(char32_t c)
@@ -52,56 +52,51 @@ CGRect paddedRect(const CGRect& lines, const TextParagraph& paragraph, CGFloat s
     return lines.insetBy(-dx, -dy);
 }
 
-std::shared_ptr<const CGImage> picture(const std::shared_ptr<const TextLayout>& layout, const CGRect& rect, TextColoring coloring)
+std::shared_ptr<const CGImage> imageOf(const std::shared_ptr<const TextLayout>& layout, const CGRect& rect)
 {
-    const PixelFormat format = coloring == TextColoring::coverage ? PixelFormat::alpha : PixelFormat::argb;
-    return CGImage::fromDrawing(
-        rect.width, rect.height, [layout, rect, format](int width, int height) -> std::shared_ptr<const Bitmap> {
-            auto pixels = Bitmap::make(width, height, format, true);
-            if (!pixels)
-                return nullptr;
-            CGContext context(*pixels, CGAffineTransform::scale(width / rect.width, height / rect.height));
-            context.drawText(*layout, { -rect.x, -rect.y });
-            return pixels;
-        });
+    return CGImage::fromDrawing(rect.width, rect.height, [layout, rect](int width, int height) -> std::shared_ptr<const Bitmap> {
+        auto pixels = Bitmap::make(width, height, PixelFormat::argb, true);
+        if (!pixels)
+            return nullptr;
+        CGContext context(*pixels, CGAffineTransform::scale(width / rect.width, height / rect.height));
+        context.drawText(*layout, { -rect.x, -rect.y });
+        return pixels;
+    });
 }
 
-struct KeptDrawing {
+struct KeptPicture {
     std::shared_ptr<const TextLayout> layout; // kept, so that its address names it
-    TextColoring coloring;
     CGFloat scale;
-    TextDrawing drawing;
+    TextPicture picture;
 };
 }
 
-TextDrawing textDrawing(
-    const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, TextColoring coloring, CGFloat scale)
+TextPicture textPicture(const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale)
 {
-    static std::list<KeptDrawing> kept; // the last used first
-    const auto found = std::find_if(kept.begin(), kept.end(),
-        [&](const KeptDrawing& entry) { return entry.layout == layout && entry.coloring == coloring && entry.scale == scale; });
+    static std::list<KeptPicture> kept; // the last used first
+    const auto found = std::find_if(
+        kept.begin(), kept.end(), [&](const KeptPicture& entry) { return entry.layout == layout && entry.scale == scale; });
     if (found != kept.end()) {
         kept.splice(kept.begin(), kept, found);
-        return kept.front().drawing;
+        return kept.front().picture;
     }
     const CGRect lines = linesRect(*layout, scale);
     if (lines.isEmpty())
         return {};
     const CGRect rect = paddedRect(lines, paragraph, scale);
-    kept.push_front({ layout, coloring, scale, { picture(layout, rect, coloring), rect } });
-    if (kept.size() > keptDrawings)
+    kept.push_front({ layout, scale, { imageOf(layout, rect), rect } });
+    if (kept.size() > keptPictures)
         kept.pop_back();
-    return kept.front().drawing;
+    return kept.front().picture;
 }
 
 CGRect linesRect(const TextLayout& layout, CGFloat scale)
 {
-    CGRect result;
+    CGRect pixels;
     for (const TextLayout::Line& line : layout.lines())
-        result = result.unionWith({ line.rect.x, 0, line.rect.width, layout.size().height });
-    const CGFloat left = std::floor(result.x * scale) / scale, right = std::ceil(result.maxX() * scale) / scale;
-    const CGFloat bottom = std::ceil(result.maxY() * scale) / scale;
-    return { left, 0, right - left, bottom };
+        pixels = pixels.unionWith({ line.rect.x * scale, 0, line.rect.width * scale, layout.size().height * scale });
+    const PixelRect whole = PixelRect::around(pixels);
+    return { whole.x / scale, 0, whole.width / scale, whole.height / scale };
 }
 
 bool isPlainlyColored(std::string_view text) { return !anyCharacter(text, mayBeColored); }
