@@ -10,7 +10,7 @@
 
 namespace platform {
 
-struct LayerPresentation;
+struct LayerLook;
 
 // Turns layer trees, as they look at one moment, into a render list. Only what can be seen is walked: nothing below a hidden or
 // clear layer, nor below one that clips and lies out of sight.
@@ -31,27 +31,39 @@ private:
         PixelRect clip; // upright
         int clipIndex; // -1 for none
     };
-    struct Look; // one layer at this moment
+    // The last digit of an item's key, which stands for a layer and one of its parts.
+    enum Role : unsigned {
+        shadowRole,
+        backdropRole,
+        boxRole,
+        gradientRole,
+        backingRole,
+        oldContentsRole,
+        contentsRole,
+        shapeRole,
+        borderRole,
+        groupRole,
+    };
+    static constexpr std::uint64_t rolesPerLayer = 16;
 
     void addLayer(CALayer& layer, const Place& outside);
-    void addGrouped(const Look& look, const Place& place, double opacity, bool shadowOfPixels);
-    void addContent(const Look& look, const Place& place);
-    void addShadow(const Look& look, const Place& place);
-    void addBox(const Look& look, const Place& place, bool withBorder);
-    void addBorder(const Look& look, const Place& place);
-    void addGradient(const Look& look, const Place& place);
-    void addPictures(const Look& look, const Place& place, const Place& inside);
-    void addPicture(const Look& look, const Place& place, const Place& inside, const std::shared_ptr<const CGImage>& image,
-        const CGRect& rect, double opacity, unsigned role);
-    void addShape(const Look& look, const Place& place);
-    void addSublayers(const Look& look, const Place& inside);
+    void addGrouped(const LayerLook& look, const Place& place, double opacity, bool shadowOfPixels);
+    void addContent(const LayerLook& look, const Place& place);
+    void addShadow(const LayerLook& look, const Place& place);
+    void addBox(const LayerLook& look, const Place& place, bool withBorder);
+    void addBorder(const LayerLook& look, const Place& place);
+    void addGradient(const LayerLook& look, const Place& place);
+    void addPictures(const LayerLook& look, const Place& place, const Place& inside);
+    void addPicture(const LayerLook& look, const Place& place, const Place& inside, const std::shared_ptr<const CGImage>& image,
+        const CGRect& rect, double opacity, Role role);
+    void addShape(const LayerLook& look, const Place& place);
+    void addSublayers(const LayerLook& look, const Place& inside);
 
-    RenderItem* addItem(const Look& look, const Place& place, unsigned role, const CGRect& rect, const CGRect& touched);
-    Place clippedToBounds(const Look& look, const Place& place) const;
+    RenderItem* addItem(const LayerLook& look, const Place& place, Role role, const CGRect& rect, const CGRect& touched);
+    Place clippedToBounds(const LayerLook& look, const Place& place) const;
     void spill(RenderList& inner, const Place& place, double opacity) const;
     CGAffineTransform snapped(CGAffineTransform toPixels, CGPoint origin) const;
-    CGRect contentsRect(const Look& look, const CGImage& image, double pixelsPerPoint) const;
-    bool isUnderWay(const Look& look, const Place& place, double opacity) const;
+    bool isUnderWay(const LayerLook& look, const Place& place, double opacity) const;
 
     const double time;
     const double scale;

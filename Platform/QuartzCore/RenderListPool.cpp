@@ -1,7 +1,5 @@
 #include "Platform/QuartzCore/RenderListPool.h"
 
-#include "Platform/QuartzCore/RenderList.h"
-
 #include <vector>
 
 namespace platform {
@@ -16,8 +14,10 @@ std::vector<std::unique_ptr<RenderList>>& freeLists()
     return lists;
 }
 
+} // namespace
+
 // Lets go of pictures at once; only the vectors' memory stays.
-void giveBack(RenderList* list)
+void RenderListPool::GiveBack::operator()(RenderList* list) const
 {
     std::unique_ptr<RenderList> owned(list);
     owned->items.clear();
@@ -26,16 +26,14 @@ void giveBack(RenderList* list)
         freeLists().push_back(std::move(owned));
 }
 
-} // namespace
-
-std::shared_ptr<RenderList> RenderListPool::take()
+RenderListPool::Owned RenderListPool::take(const CGAffineTransform& toPixels)
 {
     auto& lists = freeLists();
-    if (lists.empty())
-        return { new RenderList, giveBack };
-    RenderList* list = lists.back().release();
-    lists.pop_back();
-    return { list, giveBack };
+    Owned list(lists.empty() ? new RenderList : lists.back().release());
+    if (!lists.empty())
+        lists.pop_back();
+    list->toPixels = toPixels;
+    return list;
 }
 
 } // namespace platform

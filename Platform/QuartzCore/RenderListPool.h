@@ -1,15 +1,21 @@
 #pragma once
 
+#include "Platform/QuartzCore/RenderList.h"
+
 #include <memory>
 
 namespace platform {
 
-struct RenderList;
-
-// Keeps the vectors of lists that nobody holds any more, so that a commit allocates nothing once their size has settled.
+// Keeps the vectors of lists that nobody holds any more, so that a commit allocates next to nothing once their sizes have
+// settled. Main thread.
 class RenderListPool {
 public:
-    static std::shared_ptr<RenderList> take(); // empty
+    struct GiveBack {
+        void operator()(RenderList* list) const;
+    };
+    using Owned = std::unique_ptr<RenderList, GiveBack>;
+
+    static Owned take(const CGAffineTransform& toPixels); // an empty list
 };
 
 } // namespace platform
