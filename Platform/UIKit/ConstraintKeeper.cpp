@@ -74,7 +74,7 @@ void ConstraintKeeper::registerItems(NSLayoutConstraint& constraint)
 void ConstraintKeeper::forgetItems(NSLayoutConstraint& constraint)
 {
     for (int i = 0; i < 2; ++i) {
-        const std::size_t index = std::exchange(constraint.namedIndex[i], NSLayoutConstraint::nowhere);
+        const std::size_t index = constraint.namedIndex[i];
         if (index == NSLayoutConstraint::nowhere)
             continue;
         auto& naming = constraint.items[i]->naming;
@@ -82,6 +82,7 @@ void ConstraintKeeper::forgetItems(NSLayoutConstraint& constraint)
         last->namedIndex[last->items[0] == constraint.items[i] ? 0 : 1] = index;
         naming[index] = last;
         naming.pop_back();
+        constraint.namedIndex[i] = NSLayoutConstraint::nowhere; // also when it was itself the last
     }
     constraint.items[0] = constraint.items[1] = nullptr;
 }
@@ -212,7 +213,7 @@ bool ConstraintKeeper::tryPlace(const std::shared_ptr<NSLayoutConstraint>& const
     if (LayoutRoot* root = holder->layoutRoot())
         root->enqueue(*constraint);
     else
-        holder->layoutRootView().setNeedsLayout();
+        holder->layoutRootView().layoutRootChanged();
     return true;
 }
 

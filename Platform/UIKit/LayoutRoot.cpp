@@ -320,7 +320,7 @@ bool LayoutRoot::isRoot(const UILayoutItem& item) const { return &item == static
 void LayoutRoot::noteChange()
 {
     if (use == Use::placing && !solving)
-        root.setNeedsLayout();
+        root.layoutRootChanged();
 }
 
 bool LayoutRoot::takesPart(const NSLayoutConstraint& constraint) const
@@ -481,11 +481,13 @@ LayoutRoot::Entry& LayoutRoot::create(const UILayoutItem& item)
         byVariable[index] = made.get();
     }
     makeDirty(*made);
-    if (use == Use::placing && made->view && !isRoot(item) && view->superview_)
-        view->superview_->setNeedsLayout();
+    if (!made->view)
+        return *made;
     // Its frame is held before any constraint names it: of two that cannot both hold, the later one goes.
-    if (made->view && (isRoot(item) || view->translatesAutoresizingMask))
+    if (isRoot(item) || view->translatesAutoresizingMask)
         refreshPlace(*made);
+    else if (use == Use::placing && view->superview_)
+        view->superview_->setNeedsLayout();
     return *made;
 }
 

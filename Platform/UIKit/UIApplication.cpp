@@ -66,7 +66,18 @@ void UIApplication::cancelTouches(double timestamp)
         window->cancelAllTouches(timestamp);
 }
 
-void UIApplication::layoutWindows() { LayerCommitter::layout(windowLayers()); }
+void UIApplication::layoutWindows()
+{
+    // A layout that changes constraints asks for another one; a circle of such changes is cut off.
+    for (int round = 0; round < 100; ++round) {
+        bool solved = false;
+        for (const auto& window : windows())
+            solved = window->solveConstraints() || solved;
+        if (round > 0 && !solved)
+            break;
+        LayerCommitter::layout(windowLayers());
+    }
+}
 
 std::vector<std::shared_ptr<CALayer>> UIApplication::windowLayers() const
 {

@@ -2,6 +2,8 @@
 
 #include "Platform/Foundation/NotificationCenter.h"
 
+#include <cstdlib>
+
 namespace platform {
 
 UIDevice& UIDevice::current()
@@ -9,6 +11,8 @@ UIDevice& UIDevice::current()
     static const auto& device = *new std::shared_ptr<UIDevice>(make<UIDevice>()); // never destroyed
     return *device;
 }
+
+int UIDevice::systemMajorVersion() const { return std::atoi(systemVersion_.c_str()); }
 
 void UIDevice::setOrientation(UIDeviceOrientation orientation)
 {

@@ -119,6 +119,20 @@ void UIViewController::endAppearanceTransition()
         child->endAppearanceTransition();
 }
 
+// A child whose view comes or goes while its parent is on the screen. One without a parent is told by whoever shows it.
+void UIViewController::viewMoved(bool toWindow)
+{
+    const bool shown = appearance == Appearance::appearing || appearance == Appearance::appeared;
+    if (!parent_ || shown == toWindow)
+        return;
+    const Appearance around = parent_->appearance;
+    if (toWindow && around != Appearance::appearing && around != Appearance::appeared)
+        return;
+    beginAppearanceTransition(toWindow, false);
+    if (around == Appearance::appeared || !toWindow)
+        endAppearanceTransition();
+}
+
 void UIViewController::viewWillTransition(CGSize size, UIViewControllerTransitionCoordinator& coordinator)
 {
     const auto list = children_;

@@ -77,6 +77,8 @@ protected:
 private:
     friend class UIView;
 
+    void viewMoved(bool toWindow);
+
     enum class Appearance : unsigned char { disappeared, appearing, appeared, disappearing };
 
     std::shared_ptr<UIView> view_;

@@ -3,6 +3,7 @@
 #include "Platform/UIKit/ConstraintKeeper.h"
 #include "Platform/UIKit/LayoutRoot.h"
 #include "Platform/UIKit/UIView.h"
+#include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
 
 #include <algorithm>
@@ -118,7 +119,7 @@ void UIView::attach(const std::shared_ptr<UIView>& view, std::size_t index)
         view->ownLayoutRoot.reset();
     LayoutRoot* root = layoutRoot();
     if (!root)
-        layoutRootView().setNeedsLayout(); // which makes one that finds all constraints
+        layoutRootView().layoutRootChanged(); // which makes one that finds all constraints
     else if (!view->layoutRootFlag)
         root->enqueueSubtree(*view);
     setNeedsLayout();
@@ -176,10 +177,13 @@ void UIView::placeLayer(std::size_t index)
 void UIView::moveToWindow(UIWindow* window)
 {
     const auto keep = weak(this).lock();
+    const auto controller = weak(viewController_).lock();
     willMoveToWindow(window);
     window_ = window;
     if (window)
         adoptTraits(window->traits);
+    if (controller)
+        controller->viewMoved(window);
     didMoveToWindow();
     const auto children = subviews_;
     for (const auto& child : children)
