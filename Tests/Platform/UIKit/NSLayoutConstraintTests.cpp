@@ -1,6 +1,5 @@
 #include "ScreenTest.h"
 
-
 namespace platform {
 namespace {
 
@@ -179,7 +178,6 @@ TEST_F(NSLayoutConstraintTest, alignsBaselinesAndFollowsTheirChange)
     const auto firsts = small->firstBaselineAnchor().equalTo(big->firstBaselineAnchor(), 1);
     makeFrame();
     EXPECT_EQ(small->frame().y, 120);
-    small->lastBaselineAnchor();
     NSLayoutConstraint::deactivate(big->superview()->constraints());
     activate({ big->topAnchor().equalTo(window->topAnchor(), 100), firsts });
     makeFrame();
@@ -225,28 +223,25 @@ TEST_F(NSLayoutConstraintTest, sizesWhatIsPlacedByItsMaskInTheSameSolve)
 
 TEST_F(NSLayoutConstraintTest, reachesAcrossDeepBranches)
 {
-    // Each level adds its origin to the sum: far more terms than one equation holds.
+    // Each level adds its origin to the sum: far more terms than one equation of the solver holds.
     const auto branch = [&](double step) {
-        std::shared_ptr<UIView> view = window;
+        std::shared_ptr<UIView> view = addConstrained("top");
         for (int i = 0; i < 6; ++i) {
             const auto next = addConstrained("level", view);
-            activate({ next->leadingAnchor().equalTo(view->leadingAnchor(), step),
-                next->topAnchor().equalTo(view->topAnchor(), step) });
+            next->leadingAnchor().equalTo(view->leadingAnchor(), step)->setActive(true);
             view = next;
         }
         return view;
     };
     const auto a = branch(10), b = branch(3);
-    activate({ a->widthAnchor().equalToConstant(40), b->leadingAnchor().equalTo(a->trailingAnchor(), 5) });
-    takeLines();
+    const auto top = window->subviews()[0];
+    const auto across = b->leadingAnchor().equalTo(a->trailingAnchor(), 5);
+    activate({ top->leadingAnchor().equalTo(window->leadingAnchor(), 1), a->widthAnchor().equalToConstant(40), across });
     makeFrame();
-    // The chain of equalities cannot hold, so the last one goes and says so with both names.
-    const auto lines = takeLines();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_NE(lines[0].find("level.leading == level.trailing + 5"), std::string::npos) << lines[0];
-    b->superview()->removeConstraint(b->constraintsNaming()[0]->isActive() ? b->superview()->constraints()[0] : nullptr);
+    EXPECT_EQ(b->convertTo(CGPoint {}, nullptr).x, 1 + 60 + 40 + 5);
+    across->setConstant(15);
     makeFrame();
-    EXPECT_NEAR(b->convertTo(CGPoint {}, nullptr).x, 60 + 40 + 5, 1e-9);
+    EXPECT_EQ(b->convertTo(CGPoint {}, nullptr).x, 1 + 60 + 40 + 15);
 }
 
 TEST_F(NSLayoutConstraintTest, saysOnceWhichConstraintsConflict)
