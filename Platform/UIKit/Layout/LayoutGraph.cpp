@@ -1,5 +1,7 @@
 #include "Platform/UIKit/Layout/LayoutGraph.h"
 
+#include "Platform/UIKit/Layout/WeightedItems.h"
+
 #include <algorithm>
 #include <bit>
 #include <cassert>
@@ -14,58 +16,6 @@ namespace {
 constexpr double weakestPivot = 1e-3;
 constexpr double negligibleWeight = 1e-11;
 
-// Items with weights, to be taken in their order from either end.
-class WeightedItems {
-public:
-    void reserve(std::size_t itemCount)
-    {
-        weights.resize(std::max(weights.size(), itemCount), 0);
-        marks.resize((weights.size() + 63) / 64, 0);
-    }
-
-    bool isEmpty() const { return count == 0; }
-    double& weight(std::uint32_t item) { return weights[item]; } // 0 unless added, and kept when taken
-
-    void add(std::uint32_t item, double weight)
-    {
-        const std::uint32_t word = item / 64;
-        const std::uint64_t bit = std::uint64_t { 1 } << (item % 64);
-        first = count == 0 ? word : std::min(first, word);
-        last = count == 0 ? word : std::max(last, word);
-        count += (marks[word] & bit) == 0;
-        marks[word] |= bit;
-        weights[item] += weight;
-    }
-
-    std::uint32_t takeFirst()
-    {
-        while (marks[first] == 0)
-            ++first;
-        return take(first, static_cast<std::uint32_t>(std::countr_zero(marks[first])));
-    }
-
-    std::uint32_t takeLast()
-    {
-        while (marks[last] == 0)
-            --last;
-        return take(last, 63 - static_cast<std::uint32_t>(std::countl_zero(marks[last])));
-    }
-
-private:
-    std::uint32_t take(std::uint32_t word, std::uint32_t bit)
-    {
-        marks[word] &= ~(std::uint64_t { 1 } << bit);
-        --count;
-        return word * 64 + bit;
-    }
-
-    std::vector<double> weights; // by item
-    std::vector<std::uint64_t> marks; // a bit an item
-    std::uint32_t count = 0;
-    std::uint32_t first = 0; // no marked word is before
-    std::uint32_t last = 0; // or behind
-};
-
 // Working memory of one call, kept so that small engines need none of their own. Between calls nothing is in the sum.
 struct Scratch {
     WeightedItems sum;
@@ -76,9 +26,6 @@ struct Scratch {
 thread_local Scratch scratch;
 
 double limited(double value) { return std::clamp(value, -layoutValueLimit, layoutValueLimit); }
-
-// How far a required row may be off: what callers' rounding and a double's can make of values of this size.
-double tolerance(double magnitude) { return 1e-6 + 1e-10 * magnitude; }
 
 } // namespace
 
@@ -430,7 +377,7 @@ void LayoutGraph::measureRow(const LayoutStore& store, std::uint32_t row)
     residuals[row - firstRow] = residual;
     if (item.core != noIndex)
         return touchCore(item.core);
-    if (item.isRooted || std::abs(residual) <= tolerance(0))
+    if (item.isRooted || std::abs(residual) <= layoutTolerance(0))
         return; // a rooted row without a core is soft, or waits for its core
     const bool isBroken
         = item.relation == LayoutRelation::equal || (residual < 0) == (item.relation == LayoutRelation::greaterOrEqual);
@@ -439,7 +386,7 @@ void LayoutGraph::measureRow(const LayoutStore& store, std::uint32_t row)
     double magnitude = std::abs(item.constant);
     for (std::uint32_t term = item.firstTerm; term < items[row + 1].firstTerm; ++term)
         magnitude = std::max(magnitude, std::abs(terms[term].coefficient * store.values[terms[term].variable]));
-    if (std::abs(residual) > tolerance(magnitude))
+    if (std::abs(residual) > layoutTolerance(magnitude))
         brokenRow = row;
 }
 

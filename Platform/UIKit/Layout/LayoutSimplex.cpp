@@ -9,7 +9,7 @@ namespace platform {
 
 namespace {
 
-constexpr double negligible = 1e-11; // matrix entries
+constexpr double weakestPivot = 1e-5; // that a first guess divides by
 constexpr double negligibleCost = 1e-8; // per point; coefficients of layouts are near 1
 constexpr double kinkTolerance = 1e-9; // points
 constexpr double crossingTolerance = 1e-7; // points; above what `perturb` adds
@@ -20,16 +20,13 @@ struct Kink { // of a row, on the way along a direction
     std::uint32_t row;
 };
 
-// Working memory of one call; the numbers and flags are all zero between calls.
+// Working memory of one call; rates and weights are all zero between calls.
 struct Scratch {
     std::vector<double> rowRates;
     std::vector<double> rootWeights;
     std::vector<double> levelRoots; // by level and root
     std::vector<double> levelCosts;
-    std::vector<bool> isSeen; // by column
-    std::vector<std::uint32_t> seen;
-    std::vector<LayoutSimplex::Entry> gathered; // indexed by column
-    std::vector<LayoutSimplex::Entry> sum;
+    std::vector<std::uint32_t> seen; // rows
     std::vector<Kink> kinks;
 };
 thread_local Scratch scratch;
@@ -55,8 +52,8 @@ bool isImproving(std::span<const double> costs)
 std::uint32_t LayoutSimplex::addRoot()
 {
     const auto root = rootCount();
-    columns.emplace_back().roots.push_back({ root, 1 });
-    columnsOfRoot.emplace_back().push_back(root);
+    basis.addRoot();
+    columns.emplace_back();
     rowsOfRoot.emplace_back();
     return root;
 }
@@ -119,23 +116,16 @@ void LayoutSimplex::merge(const LayoutSimplex& other)
         rows.push_back(row);
     }
     for (Column column : other.columns) {
-        for (Entry& entry : column.roots)
-            entry.index += rootOffset;
         column.row += column.row == none ? 0 : rowOffset;
-        columns.push_back(std::move(column));
+        columns.push_back(column);
     }
     for (auto list : other.rowsOfRoot) {
         for (Entry& entry : list)
             entry.index += rowOffset;
         rowsOfRoot.push_back(std::move(list));
     }
-    for (auto list : other.columnsOfRoot) {
-        for (std::uint32_t& column : list)
-            column += rootOffset;
-        columnsOfRoot.push_back(std::move(list));
-    }
+    basis.append(other.basis);
     stayCount += other.stayCount;
-    pivotCount += other.pivotCount;
     rankLevels();
 }
 
@@ -168,9 +158,9 @@ void LayoutSimplex::start(std::vector<double>& moves)
         row.side = row.residual < 0 ? -1 : 1;
         if (row.column != none || (row.relation != LayoutRelation::equal && slope(row, row.side) == 0))
             continue;
-        if (const Entry best = bestFreeColumn(row); std::abs(best.value) > 1e-5) {
+        if (const Entry best = bestFreeColumn(row); std::abs(best.value) > weakestPivot) {
             shift(best.index, -row.residual / best.value, moves);
-            pivot(index, best.index);
+            tighten(index, best.index);
             --freeCount;
         }
     }
@@ -180,25 +170,23 @@ void LayoutSimplex::start(std::vector<double>& moves)
 void LayoutSimplex::refactor()
 {
     std::vector<std::uint32_t> tight;
-    for (std::uint32_t root = 0; root < rootCount(); ++root) {
-        if (columns[root].row != none)
-            tight.push_back(columns[root].row);
-        columns[root] = {};
-        columns[root].roots.push_back({ root, 1 });
-        columnsOfRoot[root].assign(1, root);
+    for (Column& column : columns) {
+        if (column.row == none)
+            continue;
+        tight.push_back(column.row);
+        rows[column.row].column = none;
+        column.row = none;
     }
+    basis.reset();
     for (const std::uint32_t row : tight)
-        rows[row].column = none;
-    for (const std::uint32_t row : tight)
-        if (const Entry best = bestFreeColumn(rows[row]); std::abs(best.value) > negligible)
-            pivot(row, best.index);
-    pivotCount = 0;
+        if (const Entry best = bestFreeColumn(rows[row]); std::abs(best.value) > weakestPivot)
+            tighten(row, best.index);
 }
 
 LayoutSimplex::Entry LayoutSimplex::bestFreeColumn(const Row& row) const
 {
     Entry best { none, 0 };
-    for (const Entry& entry : gatherColumns(row))
+    for (const Entry& entry : basis.ratesOf(entriesOf(row)))
         if (columns[entry.index].row == none && std::abs(entry.value) > std::abs(best.value))
             best = entry;
     return best;
@@ -210,12 +198,13 @@ bool LayoutSimplex::correct(std::vector<double>& moves) const
 {
     moves.assign(rootCount(), 0);
     bool isOff = false;
-    for (const Column& column : columns) {
-        if (column.row == none || std::abs(rows[column.row].residual) <= kinkTolerance)
+    for (std::uint32_t column = 0; column < rootCount(); ++column) {
+        const std::uint32_t row = columns[column].row;
+        if (row == none || std::abs(rows[row].residual) <= kinkTolerance)
             continue;
         isOff = true;
-        for (const Entry& entry : column.roots)
-            moves[entry.index] -= rows[column.row].residual * entry.value;
+        for (const Entry& root : basis.column(column))
+            moves[root.index] -= rows[row].residual * root.value;
     }
     return isOff;
 }
@@ -235,7 +224,7 @@ void LayoutSimplex::optimise(std::vector<double>& moves)
     moves.assign(rootCount(), 0);
     if (!isStarted)
         start(moves);
-    else if (pivotCount > 64 + 4 * rootCount())
+    else if (basis.replacementCount() > 64 + 4 * rootCount())
         refactor();
     chooseSides();
     for (Column& column : columns)
@@ -286,8 +275,8 @@ void LayoutSimplex::price()
     }
     for (std::size_t level = 0; level < ranks.size(); ++level)
         for (std::size_t column = 0; column < width; ++column)
-            for (const Entry& entry : columns[column].roots)
-                prices[level * width + column] += scratch.levelRoots[level * width + entry.index] * entry.value;
+            for (const Entry& root : basis.column(static_cast<std::uint32_t>(column)))
+                prices[level * width + column] += scratch.levelRoots[level * width + root.index] * root.value;
     std::fill_n(scratch.levelRoots.begin(), prices.size(), 0);
 }
 
@@ -346,7 +335,7 @@ bool LayoutSimplex::step(Move move, std::vector<double>& moves)
         rows[loosened].side = static_cast<std::int8_t>(move.direction);
         rows[loosened].column = none;
     }
-    pivot(kink.row, move.column);
+    tighten(kink.row, move.column);
     return kink.distance > kinkTolerance;
 }
 
@@ -356,7 +345,7 @@ void LayoutSimplex::findKinks(Move move)
     auto& rates = scratch.rowRates;
     growTo(rates, rows.size());
     scratch.seen.clear();
-    for (const Entry& root : columns[move.column].roots) {
+    for (const Entry& root : basis.column(move.column)) {
         for (const Entry& use : rowsOfRoot[root.index]) {
             rates[use.index] += use.value * root.value * move.direction;
             scratch.seen.push_back(use.index);
@@ -404,7 +393,7 @@ std::size_t LayoutSimplex::findStop(Move move) const
 // Moves the column's residual by `distance`.
 void LayoutSimplex::shift(std::uint32_t column, double distance, std::vector<double>& moves)
 {
-    for (const Entry& root : columns[column].roots) {
+    for (const Entry& root : basis.column(column)) {
         const double change = root.value * distance;
         moves[root.index] += change;
         for (const Entry& use : rowsOfRoot[root.index])
@@ -412,76 +401,13 @@ void LayoutSimplex::shift(std::uint32_t column, double distance, std::vector<dou
     }
 }
 
-// Which columns move the row, and how much each.
-const std::vector<LayoutSimplex::Entry>& LayoutSimplex::gatherColumns(const Row& row) const
+// Makes the row the column's tight one.
+void LayoutSimplex::tighten(std::uint32_t row, std::uint32_t column)
 {
-    auto& weights = scratch.rootWeights;
-    growTo(weights, columns.size());
-    growTo(scratch.isSeen, columns.size());
-    scratch.gathered.clear();
-    scratch.seen.clear();
-    for (const Entry& entry : entriesOf(row))
-        weights[entry.index] = entry.value;
-    for (const Entry& entry : entriesOf(row)) {
-        for (const std::uint32_t index : columnsOfRoot[entry.index]) {
-            if (scratch.isSeen[index])
-                continue;
-            scratch.isSeen[index] = true;
-            scratch.seen.push_back(index);
-            double rate = 0;
-            for (const Entry& root : columns[index].roots)
-                rate += root.value * weights[root.index];
-            if (std::abs(rate) > negligible)
-                scratch.gathered.push_back({ index, rate });
-        }
-    }
-    for (const std::uint32_t index : scratch.seen)
-        scratch.isSeen[index] = false;
-    for (const Entry& entry : entriesOf(row))
-        weights[entry.index] = 0;
-    return scratch.gathered;
-}
-
-// Makes the row the column's: what the column counted in its old coordinate it counts in the row's residual from now on.
-void LayoutSimplex::pivot(std::uint32_t row, std::uint32_t column)
-{
-    const std::vector<Entry>& rates = gatherColumns(rows[row]);
-    double own = 0;
-    for (const Entry& rate : rates)
-        if (rate.index == column)
-            own = rate.value;
-    for (Entry& root : columns[column].roots)
-        root.value /= own;
-    for (const Entry& rate : rates)
-        if (rate.index != column)
-            addColumn(rate.index, -rate.value, column);
+    basis.replace(column, entriesOf(rows[row]));
     columns[column].row = row;
     rows[row].column = column;
     rows[row].residual = 0;
-    ++pivotCount;
-}
-
-// target += factor * source; both are ordered by root.
-void LayoutSimplex::addColumn(std::uint32_t target, double factor, std::uint32_t source)
-{
-    auto& sum = scratch.sum;
-    sum.clear();
-    const auto& from = columns[source].roots;
-    auto& to = columns[target].roots;
-    auto next = to.begin();
-    for (const Entry& entry : from) {
-        while (next != to.end() && next->index < entry.index)
-            sum.push_back(*next++);
-        Entry total { entry.index, factor * entry.value };
-        if (next != to.end() && next->index == entry.index)
-            total.value += next++->value;
-        else
-            columnsOfRoot[entry.index].push_back(target);
-        if (std::abs(total.value) > negligible)
-            sum.push_back(total);
-    }
-    sum.insert(sum.end(), next, to.end());
-    to.assign(sum.begin(), sum.end());
 }
 
 // Where many rows meet in one point they are moved apart a little, each to its own side, so that every step gets somewhere.
@@ -531,11 +457,11 @@ bool LayoutSimplex::findFreeMove(std::vector<Entry>& move)
     for (const std::uint32_t column : free) {
         // Unrelated shares, so that no two moves cancel each other out.
         const double share = 1.5 + 0.5 * std::sin(1000.0 * (column + 1));
-        for (const Entry& root : columns[column].roots)
+        for (const Entry& root : basis.column(column))
             scratch.rootWeights[root.index] += share * root.value;
     }
     for (std::uint32_t root = 0; root < rootCount() && !free.empty(); ++root)
-        if (const double weight = std::exchange(scratch.rootWeights[root], 0); std::abs(weight) > negligible)
+        if (const double weight = std::exchange(scratch.rootWeights[root], 0); std::abs(weight) > kinkTolerance)
             move.push_back({ root, weight });
     return !free.empty();
 }
@@ -569,7 +495,7 @@ bool LayoutSimplex::flipAtKink(Move move)
 bool LayoutSimplex::tryFlip(std::uint32_t index)
 {
     Row& row = rows[index];
-    const auto rates = gatherColumns(row);
+    const auto rates = basis.ratesOf(entriesOf(row));
     const auto flip = [&] {
         const double change = slope(row, -row.side) - slope(row, row.side);
         row.side = static_cast<std::int8_t>(-row.side);

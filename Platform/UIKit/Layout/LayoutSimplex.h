@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/UIKit/Layout/LayoutBasis.h"
 #include "Platform/UIKit/Layout/LayoutEquation.h"
 
 #include <span>
@@ -14,10 +15,7 @@ namespace platform {
 // Residuals come from outside, so the matrix holds coefficients only, and what it leaves undone is put right by `correct`.
 class LayoutSimplex {
 public:
-    struct Entry {
-        std::uint32_t index; // of a root in this core, if nothing else is said
-        double value;
-    };
+    using Entry = LayoutBasis::Entry; // of a root in this core, if nothing else is said
 
     std::uint32_t addRoot();
     // `source` is the caller's name of the row. Ranks order the levels, the highest first; an error counts by its size.
@@ -68,8 +66,7 @@ private:
         bool isStay = false;
     };
     struct Column {
-        std::vector<Entry> roots; // how the roots move with the residual of its row
-        std::uint32_t row = none; // the tight one
+        std::uint32_t row = none; // the tight one, whose residual is the column's coordinate
         bool isBlocked = false; // rounding errors lured the search into it
     };
     struct Move {
@@ -93,9 +90,7 @@ private:
     std::size_t findStop(Move move) const;
     void findKinks(Move move);
     void shift(std::uint32_t column, double distance, std::vector<double>& moves);
-    const std::vector<Entry>& gatherColumns(const Row& row) const;
-    void pivot(std::uint32_t row, std::uint32_t column);
-    void addColumn(std::uint32_t target, double factor, std::uint32_t source);
+    void tighten(std::uint32_t row, std::uint32_t column);
     void perturb();
     bool isFree(Move move);
     bool flipAtKink(Move move);
@@ -103,13 +98,12 @@ private:
 
     std::vector<Row> rows;
     std::vector<Entry> entries; // of all rows
-    std::vector<Column> columns; // as many as roots
+    LayoutBasis basis;
+    std::vector<Column> columns; // of the basis
     std::vector<std::vector<Entry>> rowsOfRoot; // indexed by row
-    std::vector<std::vector<std::uint32_t>> columnsOfRoot; // and some that the root has left
     std::vector<double> ranks; // of the levels, descending
     std::vector<double> prices; // by level and column: the cost of one unit of the column's residual
     std::uint32_t stayCount = 0;
-    std::uint32_t pivotCount = 0; // since the matrix was computed afresh
     bool isStarted = false;
 };
 

@@ -168,6 +168,8 @@ void LayoutSolver::solve()
         components[component]->solve(store, conflicts);
     }
     queue.clear();
+    if (conflicts.empty())
+        return;
     const auto report = onConflict; // may replace itself
     for (const LayoutConflict& conflict : conflicts)
         if (report)

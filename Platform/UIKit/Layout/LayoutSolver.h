@@ -21,9 +21,9 @@ struct LayoutConflict {
 // open is decided by zero: in the order of the variables' ids each is as near to 0 as the rest lets it be. So the result
 // follows from the constraints alone, not from the way to them. A variable that no constraint names is 0.
 //
-// Required constraints that contradict each other: the one activated last is dropped, and comes back when it fits again.
-// Redundant ones are normal. Changes are queued and judged by `solve`; it works on the connected groups of variables
-// that changed, and a changed constant costs as much as the variables that move with it.
+// Required constraints that contradict each other by more than a ten-thousandth of a point: the one activated last is
+// dropped, and comes back when it fits again. Redundant ones are normal. Changes are queued and judged by `solve`; it works on
+// the connected groups of variables that changed, and a changed constant costs as much as the variables that move with it.
 //
 // A view does best with four variables in the order x, y, width, height (frames are then never of negative size for want
 // of a constraint). Not thread-safe; no operation throws.

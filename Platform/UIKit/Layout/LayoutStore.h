@@ -12,6 +12,10 @@ constexpr std::uint32_t noIndex = 0xffffffff;
 // Values are kept within this many points, so that a chain of growing factors cannot end in infinities.
 constexpr double layoutValueLimit = 1e12;
 
+// How far required constraints may be off, in points, before they contradict each other: callers round, and so do doubles
+// of this size.
+constexpr double layoutTolerance(double magnitude) { return 1e-4 + 1e-9 * magnitude; }
+
 struct LayoutVariableRecord {
     std::uint32_t firstUse = noIndex; // head of the list of the terms that name it: constraint * LayoutTerms::capacity + term
     std::uint32_t component = noIndex;

@@ -4,10 +4,10 @@ namespace layouttests {
 
 using platform::LayoutRelation;
 
-RandomLayouts::RandomLayouts(LayoutShape shape, unsigned seed)
+RandomLayouts::RandomLayouts(LayoutShape shape, unsigned seed, std::size_t extraVariables)
     : shape(shape)
     , random(seed)
-    , variables(2 + below(6))
+    , variables(2 + below(6) + extraVariables)
 {
     if (shape == LayoutShape::views)
         variables += variables % 2;

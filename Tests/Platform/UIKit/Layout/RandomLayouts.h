@@ -11,7 +11,8 @@ enum class LayoutShape { anything, views, chains, conflicts, corners };
 
 class RandomLayouts {
 public:
-    RandomLayouts(LayoutShape shape, unsigned seed);
+    // Two to seven variables are few enough for the exact solver.
+    RandomLayouts(LayoutShape shape, unsigned seed, std::size_t extraVariables = 0);
 
     std::size_t variableCount() const { return variables; }
     ExactConstraint makeConstraint();
