@@ -50,6 +50,12 @@ std::shared_ptr<const CTFontManager::GraphicsFont> CTFontManager::graphicsFont(s
     return face ? std::make_shared<GraphicsFont>(GraphicsFont { std::move(face) }) : nullptr;
 }
 
+std::shared_ptr<const CTFontManager::GraphicsFont> CTFontManager::graphicsFontOfFile(const std::string& path)
+{
+    auto face = CTFont::Face::fromFile(path);
+    return face ? std::make_shared<GraphicsFont>(GraphicsFont { std::move(face) }) : nullptr;
+}
+
 bool CTFontManager::registerGraphicsFont(const std::shared_ptr<const GraphicsFont>& font)
 {
     return font && FontLibrary::shared().add(font->face);

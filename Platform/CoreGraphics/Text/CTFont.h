@@ -47,6 +47,9 @@ public:
     // A font made of a TrueType or OpenType file's bytes; null when they are none.
     class GraphicsFont;
     static std::shared_ptr<const GraphicsFont> graphicsFont(std::vector<std::uint8_t> bytes);
+    // The same of a file, which is mapped rather than read: at start-up that saves copying tables that nothing asks for. The file
+    // must not change while the process lives.
+    static std::shared_ptr<const GraphicsFont> graphicsFontOfFile(const std::string& path);
     // False when a font of that PostScript name is already registered.
     static bool registerGraphicsFont(const std::shared_ptr<const GraphicsFont>& font);
     static bool isRegistered(const std::string& postScriptName);

@@ -96,6 +96,17 @@ TEST_F(CTFontTest, refusesWhatIsNoFont)
     EXPECT_FALSE(CTFontManager::registerGraphicsFont(nullptr));
 }
 
+TEST_F(CTFontTest, readsAFileWhereItLies)
+{
+    const auto folder = Folders::executable() + "/MivoraUIKit.bundle/";
+    kitFont("SourceSansPro-Regular", 16);
+    const auto mapped = CTFontManager::graphicsFontOfFile(folder + "SourceSansPro-Regular.ttf");
+    ASSERT_NE(mapped, nullptr);
+    EXPECT_FALSE(CTFontManager::registerGraphicsFont(mapped)) << "it has the name of the one from bytes";
+    for (const char* name : { "NoSuchFont.ttf", "images.txt", "" })
+        EXPECT_EQ(CTFontManager::graphicsFontOfFile(folder + name), nullptr) << name;
+}
+
 TEST_F(CTFontTest, refusesASecondRegistration)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
