@@ -1,0 +1,44 @@
+#include "Platform/Host/FrameDriver.h"
+
+#include "Platform/QuartzCore/CALayer.h"
+#include "Platform/QuartzCore/LayerCommitter.h"
+#include "Platform/UIKit/UIApplication.h"
+
+#include <limits>
+
+namespace platform {
+
+void FrameDriver::setScreen(int width, int height, double newScale)
+{
+    if (screen == PixelRect { 0, 0, width, height } && scale == newScale)
+        return;
+    screen = { 0, 0, width, height };
+    scale = newScale;
+    compositor.setSize(width, height);
+    drawn = false;
+}
+
+FrameChange FrameDriver::drawFrame(double time)
+{
+    LayerCommitter::finishAnimations(time);
+    auto& application = UIApplication::shared();
+    application.layoutWindows();
+    const auto layers = application.windowLayers();
+    LayerCommitter::display(layers, scale);
+    drawn = true;
+    return compositor.composite(LayerCommitter::commit(layers, time, scale, screen));
+}
+
+bool FrameDriver::hasChanged() const { return !drawn || LayerCommitter::needsFrame(); }
+
+bool FrameDriver::isMoving() const { return LayerCommitter::hasRunningAnimations(); }
+
+double FrameDriver::nextFrameTime() const { return LayerCommitter::nextEventTime(); }
+
+void FrameDriver::invalidate()
+{
+    compositor.invalidate();
+    drawn = false;
+}
+
+} // namespace platform

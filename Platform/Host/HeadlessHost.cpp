@@ -1,0 +1,126 @@
+#include "Platform/Host/HeadlessHost.h"
+
+#include "Platform/CoreGraphics/CGImage.h"
+#include "Platform/Foundation/MainQueue.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+constexpr double framesPerSecond = 60;
+constexpr double instant = 1e-9; // seconds; shorter than anything that counts
+
+// The next multiple of a frame's length after that time.
+double nextFrame(double time) { return (std::floor(time * framesPerSecond + 1e-6) + 1) / framesPerSecond; }
+
+bool isFrameTime(double time)
+{
+    const double frame = time * framesPerSecond;
+    return std::abs(frame - std::round(frame)) < 1e-6;
+}
+
+} // namespace
+
+HeadlessHost::HeadlessHost(HostDevice model, const DeviceState& state)
+    : device_((Clock::setCurrent(&clock), std::move(model)), state)
+{
+    UIApplication::shared().setHost(this);
+}
+
+HeadlessHost::~HeadlessHost() { UIApplication::shared().setHost(nullptr); }
+
+void HeadlessHost::advance(double seconds)
+{
+    MainQueue::shared().waitUntilQuiescent();
+    drawIfNeeded();
+    const double end = now() + std::max(seconds, 0.0);
+    while (now() < end - instant) {
+        // While nothing moves, only a timed block or an animation that waits for its beginning can change that.
+        double next = nextFrame(now());
+        if (!driver.needsFrame())
+            next = std::min(std::max(next, driver.nextFrameTime()), MainQueue::shared().nextDeadline().value_or(end));
+        pass(std::clamp(next, now(), end) - now());
+        if (isFrameTime(now()) || now() >= end - instant)
+            drawIfNeeded();
+    }
+}
+
+void HeadlessHost::touchDown(CGPoint point, int finger)
+{
+    UIApplication::shared().sendTouch(finger, UITouchPhase::began, point, now());
+    pass(0);
+}
+
+void HeadlessHost::touchMove(CGPoint point, int finger)
+{
+    UIApplication::shared().sendTouch(finger, UITouchPhase::moved, point, now());
+    pass(0);
+}
+
+void HeadlessHost::touchUp(CGPoint point, int finger)
+{
+    UIApplication::shared().sendTouch(finger, UITouchPhase::ended, point, now());
+    pass(0);
+}
+
+void HeadlessHost::touchCancel()
+{
+    UIApplication::shared().cancelTouches(now());
+    pass(0);
+}
+
+void HeadlessHost::tap(CGPoint point)
+{
+    advance(0); // what the viewer sees is what is hit
+    touchDown(point);
+    advance(0.05);
+    touchUp(point);
+    advance(0);
+}
+
+void HeadlessHost::drag(CGPoint from, CGPoint to, double seconds)
+{
+    advance(0);
+    touchDown(from);
+    const int steps = std::max(int(std::lround(seconds * framesPerSecond)), 1);
+    for (int step = 1; step <= steps; ++step) {
+        advance(seconds / steps);
+        const double part = double(step) / steps;
+        touchMove({ from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part });
+    }
+    touchUp(to);
+    advance(0);
+}
+
+const Bitmap& HeadlessHost::pixels()
+{
+    drawIfNeeded();
+    return *driver.frame();
+}
+
+bool HeadlessHost::writePicture(const std::string& path) { return writePNG(pixels(), path); }
+
+bool HeadlessHost::open(const URL& url)
+{
+    opened.push_back(url);
+    return true;
+}
+
+void HeadlessHost::drawIfNeeded()
+{
+    driver.setScreen(device_.pixelWidth(), device_.pixelHeight(), device_.model().scale);
+    const bool timeWentOn = now() > drawnAt + instant;
+    const bool due = timeWentOn && (driver.isMoving() || driver.nextFrameTime() <= now() + instant);
+    if (!driver.hasChanged() && !due)
+        return;
+    drawnAt = now();
+    change = driver.drawFrame(drawnAt);
+    ++frames;
+}
+
+void HeadlessHost::pass(double seconds) { MainQueue::shared().advance(clock, seconds); }
+
+} // namespace platform

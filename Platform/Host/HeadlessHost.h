@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Platform/Foundation/Clock.h"
+#include "Platform/Foundation/URL.h"
+#include "Platform/Host/FrameDriver.h"
+#include "Platform/Host/SimulatedDevice.h"
+#include "Platform/UIKit/UIApplication.h"
+
+#include <string>
+#include <vector>
+
+namespace platform {
+
+// A host without a display: time stands still until it is moved, and every frame is there as pixels. One at a time. Main thread.
+class HeadlessHost final : private UIApplicationHost {
+public:
+    explicit HeadlessHost(HostDevice model = HostDevice::phone(), const DeviceState& state = {});
+    ~HeadlessHost() override;
+    HeadlessHost(const HeadlessHost&) = delete;
+    HeadlessHost& operator=(const HeadlessHost&) = delete;
+
+    double now() const { return clock.now(); } // seconds
+    // Lets so many seconds pass: frames at every sixtieth of a second while something moves, queued blocks and timers at their
+    // exact times, and a last frame at the end. Returns when all counted jobs are done. 0 draws what has changed.
+    void advance(double seconds);
+
+    // The finger, in screen points.
+    void touchDown(CGPoint point, int finger = 0);
+    void touchMove(CGPoint point, int finger = 0);
+    void touchUp(CGPoint point, int finger = 0);
+    void touchCancel();
+    void tap(CGPoint point); // down and, 0.05 s later, up
+    void drag(CGPoint from, CGPoint to, double seconds); // even steps, a frame each
+
+    SimulatedDevice& device() { return device_; }
+    void rotate(UIDeviceOrientation orientation) { device_.rotate(orientation); }
+    void setAppearance(UIUserInterfaceStyle appearance) { device_.setAppearance(appearance); }
+    void setDirection(UIUserInterfaceLayoutDirection direction) { device_.setDirection(direction); }
+    void setKeyboardHeight(CGFloat height, double duration = 0.25) { device_.setKeyboardHeight(height, duration); }
+
+    const Bitmap& pixels(); // of the last frame; draws the first one if there is none
+    bool writePicture(const std::string& path); // as PNG; false after one console line
+    const FrameChange& lastChange() const { return change; } // of the last drawn frame
+    int frameCount() const { return frames; } // drawn so far
+    const std::vector<URL>& openedURLs() const { return opened; } // what the application asked to be opened
+    bool isIdleTimerDisabled() const { return idleTimerDisabled; }
+
+private:
+    bool open(const URL& url) override;
+    void setIdleTimerDisabled(bool disabled) override { idleTimerDisabled = disabled; }
+    void drawIfNeeded();
+    void pass(double seconds);
+
+    ManualClock clock;
+    SimulatedDevice device_;
+    FrameDriver driver;
+    FrameChange change;
+    std::vector<URL> opened;
+    double drawnAt = -1; // the last frame's time
+    int frames = 0;
+    bool idleTimerDisabled = false;
+};
+
+} // namespace platform

@@ -1,0 +1,209 @@
+#include "Platform/Host/WindowHost.h"
+
+#include "Platform/Foundation/MainQueue.h"
+#include "Platform/Foundation/ModuleLoader.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/URL.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <thread>
+
+extern char** environ;
+
+namespace platform {
+
+namespace {
+
+constexpr double frameLength = 1.0 / 60; // seconds
+constexpr double forever = std::numeric_limits<double>::infinity();
+
+// The desktop shows a device at the window's own density, in the model's size.
+HostDevice onDesktop(HostDevice model, const NativeWindow& window)
+{
+    model.scale = std::clamp(window.density(), 1.0, 4.0);
+    return model;
+}
+
+} // namespace
+
+std::unique_ptr<WindowHost> WindowHost::open(
+    const std::string& title, HostDevice model, const DeviceState& state, std::string& problem)
+{
+    auto* sdl = loadModule<SdlModule>("sdl");
+    if (!sdl) {
+        problem = "the window module is missing";
+        return nullptr;
+    }
+    auto window = sdl->open(title, model.portraitSize, problem);
+    if (!window)
+        return nullptr;
+    auto adapted = onDesktop(std::move(model), *window);
+    return std::unique_ptr<WindowHost>(new WindowHost(std::move(window), std::move(adapted), state));
+}
+
+WindowHost::WindowHost(std::unique_ptr<NativeWindow> newWindow, HostDevice model, const DeviceState& state)
+    : window(std::move(newWindow))
+    , device_((Clock::setCurrent(&clock), std::move(model)), state)
+{
+    UIApplication::shared().setHost(this);
+    fitWindow();
+}
+
+WindowHost::~WindowHost() { UIApplication::shared().setHost(nullptr); }
+
+void WindowHost::run()
+{
+    while (running) {
+        for (const auto& event : window->takeEvents())
+            handle(event);
+        MainQueue::shared().run(clock.now());
+        if (visible && clock.now() >= nextFrame)
+            showFrame();
+        if (running)
+            sleep();
+    }
+}
+
+bool WindowHost::open(const URL& url)
+{
+    const char* arguments[] = { "xdg-open", url.absoluteString().c_str(), nullptr };
+    pid_t child = 0;
+    if (posix_spawnp(&child, arguments[0], nullptr, nullptr, const_cast<char**>(arguments), environ) != 0)
+        return false;
+    std::thread([child] { waitpid(child, nullptr, 0); }).detach();
+    return true;
+}
+
+void WindowHost::handle(const WindowEvent& event)
+{
+    auto& application = UIApplication::shared();
+    const auto touch = [&](UITouchPhase phase) { application.sendTouch(event.finger, phase, event.point, clock.now()); };
+    switch (event.kind) {
+    case WindowEvent::Kind::touchDown:
+        return touch(UITouchPhase::began);
+    case WindowEvent::Kind::touchMove:
+        return touch(UITouchPhase::moved);
+    case WindowEvent::Kind::touchUp:
+        return touch(UITouchPhase::ended);
+    case WindowEvent::Kind::key:
+        if (event.command)
+            handleCommand(event.key);
+        return;
+    case WindowEvent::Kind::text:
+        return;
+    case WindowEvent::Kind::resized:
+        return followWindow();
+    case WindowEvent::Kind::exposed:
+        exposed = true;
+        return;
+    case WindowEvent::Kind::hidden:
+        visible = false;
+        return application.enterBackground();
+    case WindowEvent::Kind::shown:
+        if (!visible)
+            application.becomeActive();
+        visible = true;
+        exposed = true;
+        return;
+    case WindowEvent::Kind::closed:
+        running = false;
+        return;
+    }
+}
+
+void WindowHost::handleCommand(char32_t key)
+{
+    const auto& state = device_.state();
+    switch (key) {
+    case 'r':
+        device_.rotate(device_.isLandscape() ? UIDeviceOrientation::portrait : UIDeviceOrientation::landscapeLeft);
+        return fitWindow();
+    case 'd':
+        return device_.setAppearance(
+            state.appearance == UIUserInterfaceStyle::dark ? UIUserInterfaceStyle::light : UIUserInterfaceStyle::dark);
+    case 'l':
+        return device_.setDirection(state.direction == UIUserInterfaceLayoutDirection::leftToRight
+                ? UIUserInterfaceLayoutDirection::rightToLeft
+                : UIUserInterfaceLayoutDirection::leftToRight);
+    case 't':
+        device_.setModel(
+            onDesktop(device_.model().idiom == UIUserInterfaceIdiom::pad ? HostDevice::phone() : HostDevice::tablet(), *window));
+        return fitWindow();
+    case 'q':
+        running = false;
+        return;
+    default:
+        return;
+    }
+}
+
+// The viewer has drawn the window to another size: the device takes it.
+void WindowHost::followWindow()
+{
+    const auto size = window->size();
+    exposed = true;
+    if (size == device_.size() || size.isEmpty())
+        return;
+    auto model = onDesktop(device_.model(), *window);
+    model.portraitSize = { std::min(size.width, size.height), std::max(size.width, size.height) };
+    if ((size.width > size.height) != device_.isLandscape())
+        device_.rotate(size.width > size.height ? UIDeviceOrientation::landscapeLeft : UIDeviceOrientation::portrait, 0);
+    device_.setModel(std::move(model));
+}
+
+void WindowHost::fitWindow()
+{
+    if (window->size() != device_.size())
+        window->resize(device_.size());
+}
+
+void WindowHost::showFrame()
+{
+    driver.setScreen(device_.pixelWidth(), device_.pixelHeight(), device_.model().scale);
+    const bool due = driver.needsFrame() || driver.nextFrameTime() <= clock.now();
+    if (!due && !exposed)
+        return;
+    std::vector<PixelRect> shown;
+    if (due) {
+        const double now = clock.now();
+        nextFrame = std::max(nextFrame + frameLength, now); // an even rhythm, unless a frame came late
+        auto change = driver.drawFrame(now);
+        shown = std::move(change.damage);
+        for (const auto& move : change.moves)
+            shown.push_back({ move.from.x + move.dx, move.from.y + move.dy, move.from.width, move.from.height });
+    }
+    const auto frame = driver.frame();
+    if (!frame)
+        return;
+    if (std::exchange(exposed, false))
+        shown = { frame->bounds() };
+    window->present(frame->row(0), frame->stride(), frame->width(), frame->height(), shown);
+    if (!std::exchange(shownOnce, true) && onFirstFrame)
+        onFirstFrame();
+}
+
+void WindowHost::sleep() const
+{
+    const double now = clock.now();
+    double wake = MainQueue::shared().nextDeadline().value_or(forever);
+    if (visible) {
+        if (driver.needsFrame() || exposed)
+            wake = std::min(wake, nextFrame);
+        wake = std::min(wake, std::max(driver.nextFrameTime(), nextFrame));
+    }
+    pollfd watched[] = { { MainQueue::shared().fileDescriptor(), POLLIN, 0 }, { window->descriptor(), POLLIN, 0 } };
+    if (watched[1].fd < 0)
+        wake = std::min(wake, now + frameLength); // nothing to watch: look again a frame later
+    if (wake <= now)
+        return;
+    const double seconds = std::min(wake - now, 3600.0);
+    const timespec timeout { time_t(seconds), long((seconds - std::floor(seconds)) * 1e9) };
+    ppoll(watched, 2, &timeout, nullptr);
+}
+
+} // namespace platform

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Platform/Foundation/Clock.h"
+#include "Platform/Host/FrameDriver.h"
+#include "Platform/Host/SdlModule.h"
+#include "Platform/Host/SimulatedDevice.h"
+#include "Platform/UIKit/UIApplication.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+// A host with a window on the desktop, real time, mouse, fingers and keys. With Control (or the command key) held, R turns the
+// device, D changes between light and dark, L the direction, T between phone and tablet, Q closes the window. Main thread.
+class WindowHost final : private UIApplicationHost {
+public:
+    // Null when there is no display; `problem` then says why.
+    static std::unique_ptr<WindowHost> open(
+        const std::string& title, HostDevice model, const DeviceState& state, std::string& problem);
+    ~WindowHost() override;
+
+    // Shows frames and hands on what happens until the window is closed or stop is called. Without anything to do or to show it
+    // sleeps.
+    void run();
+    void stop() { running = false; }
+    // Called after the first complete frame has been shown.
+    std::function<void()> onFirstFrame;
+
+    SimulatedDevice& device() { return device_; }
+
+private:
+    WindowHost(std::unique_ptr<NativeWindow> window, HostDevice model, const DeviceState& state);
+    bool open(const URL& url) override;
+    void setIdleTimerDisabled(bool) override { }
+    void handle(const WindowEvent& event);
+    void handleCommand(char32_t key);
+    void followWindow();
+    void fitWindow();
+    void showFrame();
+    void sleep() const;
+
+    std::unique_ptr<NativeWindow> window;
+    RealClock clock;
+    SimulatedDevice device_;
+    FrameDriver driver;
+    double nextFrame = 0; // seconds on the clock: the earliest time of another frame
+    bool running = true;
+    bool visible = true;
+    bool exposed = false; // everything has to be shown again
+    bool shownOnce = false;
+};
+
+} // namespace platform
