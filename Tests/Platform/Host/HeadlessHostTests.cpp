@@ -1,0 +1,264 @@
+#include "Platform/Host/HeadlessHost.h"
+#include "Platform/Host/ViewTree.h"
+
+#include "Platform/Foundation/MainQueue.h"
+#include "Platform/Foundation/NSTimer.h"
+#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/QuartzCore/CAGradientLayer.h"
+#include "Platform/UIKit/UIButton.h"
+#include "Platform/UIKit/UIDevice.h"
+#include "Platform/UIKit/UIImageView.h"
+#include "Platform/UIKit/UIKeyboard.h"
+#include "Platform/UIKit/UILabel.h"
+#include "Platform/UIKit/UIViewController.h"
+#include "Platform/UIKit/UIWindow.h"
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+class HeadlessHostTest : public testing::Test {
+protected:
+    HeadlessHostTest()
+    {
+        window->setBackgroundColor(UIColor::white());
+        window->makeKeyAndVisible();
+    }
+
+    template <typename View> std::shared_ptr<View> add(const std::shared_ptr<View>& view, const CGRect& frame)
+    {
+        view->setFrame(frame);
+        window->addSubview(view);
+        return view;
+    }
+    std::uint32_t pixel(CGPoint point) // 0xRRGGBB
+    {
+        const auto scale = host.device().model().scale;
+        return host.pixels().row(int(point.y * scale))[int(point.x * scale)] & 0xffffff;
+    }
+
+    HeadlessHost host;
+    std::shared_ptr<UIWindow> window = make<UIWindow>();
+};
+
+TEST_F(HeadlessHostTest, showsPixelsAtTheDevicesScale)
+{
+    add(make<UIView>(), { 10, 20, 30, 40 })->setBackgroundColor(UIColor::red());
+    host.advance(0);
+    EXPECT_EQ(host.pixels().width(), 1179);
+    EXPECT_EQ(host.pixels().height(), 2556);
+    EXPECT_EQ(pixel({ 5, 5 }), 0xffffffu);
+    EXPECT_EQ(pixel({ 10, 20 }), 0xff0000u);
+    EXPECT_EQ(pixel({ 39.7, 59.7 }), 0xff0000u);
+    EXPECT_EQ(pixel({ 40, 60 }), 0xffffffu);
+}
+
+TEST_F(HeadlessHostTest, drawsNothingWhileNothingChanges)
+{
+    const auto label = add(make<UILabel>(), { 20, 100, 200, 30 });
+    label->setText("1,204 watching");
+    host.advance(1);
+    const int before = host.frameCount();
+    host.advance(60);
+    EXPECT_EQ(host.frameCount(), before);
+    label->setText("1,204 watching");
+    label->setTextColor(label->textColor());
+    window->setFrame(window->frame());
+    host.advance(1);
+    EXPECT_EQ(host.frameCount(), before);
+}
+
+TEST_F(HeadlessHostTest, aChangedLabelDamagesItsOwnRectangleOnly)
+{
+    const auto label = add(make<UILabel>(), { 20, 100, 200, 30 });
+    add(make<UILabel>(), { 20, 140, 200, 30 })->setText("below");
+    label->setText("1,204 watching");
+    host.advance(0);
+    label->setText("1,205 watching");
+    host.advance(0);
+    const auto& damage = host.lastChange().damage;
+    ASSERT_FALSE(damage.empty());
+    const PixelRect own { 60, 300, 600, 90 };
+    long area = 0;
+    for (const auto& rect : damage) {
+        EXPECT_TRUE(own.contains(rect)) << rect.x << " " << rect.y << " " << rect.width << " " << rect.height;
+        area += rect.area();
+    }
+    EXPECT_GT(area, 0);
+}
+
+TEST_F(HeadlessHostTest, animatesInFramesOfASixtiethToTheExactEnd)
+{
+    const auto box = add(make<UIView>(), { 0, 0, 10, 10 });
+    box->setBackgroundColor(UIColor::red());
+    host.advance(0);
+    const int before = host.frameCount();
+    bool finished = false;
+    UIView::animate(
+        0.5, 0, UIViewAnimationCurve::linear,
+        [&] {
+            box->setFrame({ 100, 0, 10, 10 });
+        },
+        [&](bool whole) { finished = whole; });
+    host.advance(0.25);
+    EXPECT_EQ(pixel({ 55, 5 }), 0xff0000u);
+    EXPECT_EQ(pixel({ 49, 5 }), 0xffffffu);
+    EXPECT_EQ(pixel({ 61, 5 }), 0xffffffu);
+    EXPECT_EQ(host.frameCount() - before, 16);
+    EXPECT_FALSE(finished);
+    host.advance(0.25);
+    EXPECT_TRUE(finished);
+    EXPECT_EQ(pixel({ 100.1, 5 }), 0xff0000u);
+    const int after = host.frameCount();
+    host.advance(1);
+    EXPECT_LE(host.frameCount() - after, 1);
+}
+
+TEST_F(HeadlessHostTest, runsTimersAtTheirTimesBetweenFrames)
+{
+    std::vector<double> fired;
+    const auto timer = NSTimer::scheduledTimer(0.03, Repeats::yes, [&](NSTimer&) { fired.push_back(host.now()); });
+    host.advance(0.1);
+    timer->invalidate();
+    host.advance(1);
+    ASSERT_EQ(fired.size(), 3u);
+    for (std::size_t i = 0; i < fired.size(); ++i)
+        EXPECT_NEAR(fired[i], 0.03 * double(i + 1), 1e-9);
+}
+
+TEST_F(HeadlessHostTest, aTapPressesTheButtonUnderTheFinger)
+{
+    const auto button = add(make<UIButton>(), { 100, 100, 100, 44 });
+    int presses = 0;
+    button->addAction(UIControlEvent::touchUpInside, [&] { ++presses; });
+    host.tap({ 150, 120 });
+    EXPECT_EQ(presses, 1);
+    host.tap({ 50, 50 });
+    host.drag({ 150, 120 }, { 150, 400 }, 0.2);
+    EXPECT_EQ(presses, 1);
+    host.touchDown({ 150, 120 });
+    EXPECT_TRUE(button->isHighlighted());
+    host.touchCancel();
+    EXPECT_FALSE(button->isHighlighted());
+}
+
+TEST_F(HeadlessHostTest, turnsTheInterfaceWhereTheApplicationSupportsIt)
+{
+    std::vector<UIDeviceOrientation> heard;
+    const auto token = NotificationCenter::defaultCenter().addObserver(UIDevice::orientationDidChangeNotification,
+        [&](const Notification&) { heard.push_back(UIDevice::current().orientation()); });
+    host.rotate(UIDeviceOrientation::landscapeLeft);
+    host.advance(0.5);
+    EXPECT_EQ(window->bounds(), (CGRect { 0, 0, 852, 393 }));
+    EXPECT_EQ(window->safeAreaInsets(), (UIEdgeInsets { 0, 59, 21, 59 }));
+    EXPECT_EQ(host.pixels().width(), 2556);
+
+    host.rotate(UIDeviceOrientation::faceUp);
+    EXPECT_EQ(window->bounds().width, 852);
+    UIApplication::shared().setSupportedInterfaceOrientations(UIInterfaceOrientationMask::landscape);
+    host.rotate(UIDeviceOrientation::portrait);
+    EXPECT_EQ(window->bounds().width, 852);
+    UIApplication::shared().setSupportedInterfaceOrientations(UIInterfaceOrientationMask::all);
+    host.rotate(UIDeviceOrientation::portrait);
+    host.advance(0.5);
+    EXPECT_EQ(window->safeAreaInsets(), (UIEdgeInsets { 59, 0, 34, 0 }));
+    EXPECT_EQ(heard.size(), 3u) << "the device tells of itself, whatever the interface does";
+}
+
+TEST_F(HeadlessHostTest, followsAppearanceAndDirection)
+{
+    const auto box = add(make<UIView>(), { 0, 0, 20, 20 });
+    box->setBackgroundColor(UIColor::label());
+    EXPECT_EQ(pixel({ 5, 5 }), 0x000000u);
+    host.setAppearance(UIUserInterfaceStyle::dark);
+    EXPECT_EQ(pixel({ 5, 5 }), 0xffffffu);
+    host.setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
+    EXPECT_EQ(box->effectiveUserInterfaceLayoutDirection(), UIUserInterfaceLayoutDirection::rightToLeft);
+}
+
+TEST_F(HeadlessHostTest, saysWhereTheKeyboardWillBe)
+{
+    CGRect frame;
+    double duration = 0;
+    const auto token = NotificationCenter::defaultCenter().addObserver(
+        UIKeyboard::willChangeFrameNotification, [&](const Notification& heard) {
+            frame = *heard.value<CGRect>(UIKeyboard::frameEndUserInfoKey);
+            duration = *heard.value<double>(UIKeyboard::animationDurationUserInfoKey);
+        });
+    host.setKeyboardHeight(325);
+    EXPECT_EQ(frame, (CGRect { 0, 527, 393, 325 }));
+    EXPECT_EQ(duration, 0.25);
+    host.setKeyboardHeight(0, 0.1);
+    EXPECT_EQ(frame.y, 852);
+}
+
+TEST_F(HeadlessHostTest, waitsForCountedJobs)
+{
+    bool done = false;
+    std::thread worker([job = CountedJob(), &done]() mutable {
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        MainQueue::shared().async([&done] { done = true; });
+        job.end();
+    });
+    host.advance(0);
+    EXPECT_TRUE(done);
+    worker.join();
+}
+
+class NamedController final : public UIViewController { };
+
+TEST_F(HeadlessHostTest, describesWhatIsOnTheScreen)
+{
+    const auto controller = make<NamedController>();
+    window->setRootViewController(controller);
+    const auto& root = controller->view();
+    const auto label = make<UILabel>(CGRect { 10, 20, 100, 30 });
+    label->setAccessibilityIdentifier("titleLabel");
+    label->setText("Live");
+    label->setTextAlignment(NSTextAlignment::center);
+    label->setNumberOfLines(2);
+    const auto button = make<UIButton>(CGRect { 10, 60, 100, 30 });
+    button->setTitle("Join");
+    button->setEnabled(false);
+    button->layer()->setCornerRadius(15);
+    const auto hidden = make<UIView>(CGRect { 0, 100, 50, 50 });
+    hidden->setHidden(true);
+    const auto turned = make<UIView>(CGRect { 0, 0, 20, 10 });
+    turned->setTransform(CGAffineTransform::rotation(std::acos(-1.0) / 2));
+    hidden->addSubview(turned);
+    const auto faded = make<UIView>(CGRect { 0, 0, 9, 9 }, make<CAGradientLayer>());
+    faded->setAlpha(0.5);
+    static_cast<CAGradientLayer&>(*faded->layer()).setColors({ { 1, 0, 0, 1 }, { 0, 0, 0, 0 } });
+    faded->layer()->setShadowOpacity(0.25);
+    for (const auto& view : std::vector<std::shared_ptr<UIView>> { label, button, hidden, faded })
+        root->addSubview(view);
+    host.advance(0);
+
+    const auto tree = viewTree(host.device());
+    EXPECT_EQ(tree["device"].text(), "phone");
+    EXPECT_EQ(tree["safeArea"].print(), "[59,0,34,0]");
+    EXPECT_EQ(tree["size"].print(), "[393,852]");
+    EXPECT_EQ(tree["root"]["class"].text(), "UIWindow");
+    const auto& page = tree["root"]["children"][0];
+    EXPECT_EQ(page["controller"].text(), "NamedController");
+    const auto& children = page["children"];
+    EXPECT_EQ(children[0].print(),
+        R"({"class":"UILabel","name":"titleLabel","frame":[10,20,100,30],"text":"Live","font":"Inter-Regular 17",)"
+        R"("color":"#000000ff","numberOfLines":2,"textAlignment":"center"})");
+    EXPECT_EQ(children[1]["text"].text(), "Join");
+    EXPECT_EQ(children[1]["enabled"].boolean(), false);
+    EXPECT_EQ(children[1]["cornerRadius"].number(), 15);
+    EXPECT_EQ(children[2]["hidden"].boolean(), true);
+    EXPECT_EQ(children[2]["children"][0]["visible"].boolean(), false);
+    EXPECT_EQ(children[2]["children"][0]["hidden"], JSONValue());
+    const auto& rect = children[2]["children"][0]["frame"];
+    EXPECT_NEAR(*rect[2].number(), 10, 1e-9);
+    EXPECT_NEAR(*rect[3].number(), 20, 1e-9);
+    EXPECT_EQ(children[3]["alpha"].number(), 0.5);
+    EXPECT_EQ(children[3]["gradient"].print(), R"([{"color":"#ff0000ff","at":0},{"color":"#00000000","at":1}])");
+    EXPECT_EQ(children[3]["shadow"]["opacity"].number(), 0.25);
+}
+
+} // namespace
+} // namespace platform
