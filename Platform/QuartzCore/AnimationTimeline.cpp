@@ -144,18 +144,24 @@ void AnimationTimeline::finish(double time)
 void AnimationTimeline::start(const std::vector<std::shared_ptr<CALayer>>& roots, double time)
 {
     now_ = time;
-    if (std::exchange(someDetached, false))
-        endDetached();
+    const auto isInTree = [&roots](const CALayer* layer) {
+        const CALayer* root = topmost(layer);
+        return std::ranges::any_of(roots, [root](const auto& one) { return one.get() == root; });
+    };
+    const bool looksForDetached = std::exchange(someDetached, false);
     for (const auto& animation : all) {
-        if (!animation->layer || animation->state != RunningAnimation::State::waiting)
+        if (!animation->layer)
             continue;
-        const CALayer* root = topmost(animation->layer);
-        if (std::ranges::find(roots, root, [](const auto& layer) { return layer.get(); }) == roots.end())
-            continue;
-        animation->state = RunningAnimation::State::running;
-        if (animation->animation->beginTime == 0)
-            animation->node.timing.begin = time;
+        if (animation->state == RunningAnimation::State::waiting && isInTree(animation->layer)) {
+            animation->state = RunningAnimation::State::running;
+            if (animation->animation->beginTime == 0)
+                animation->node.timing.begin = time;
+        } else if (looksForDetached && isDetached(*animation) && !isInTree(animation->layer)) {
+            takeOff(*animation);
+            announceEnd(*animation, false);
+        }
     }
+    forgetTakenOff();
 }
 
 double AnimationTimeline::nextEventTime() const
@@ -191,16 +197,11 @@ void AnimationTimeline::announceEnd(RunningAnimation& animation, bool finished)
         transaction->endOne();
 }
 
-// Animations of layers that were taken out of their tree, and not put back in the same turn, end.
-void AnimationTimeline::endDetached()
+// Its layer, or one above it, was taken out of a tree and not put back in the same turn.
+bool AnimationTimeline::isDetached(const RunningAnimation& animation) const
 {
-    for (const auto& animation : all) {
-        if (!animation->layer || animation->state != RunningAnimation::State::running
-            || !animation->animation->removedOnCompletion || !topmost(animation->layer)->detached_)
-            continue;
-        takeOff(*animation);
-        announceEnd(*animation, false);
-    }
+    return animation.state == RunningAnimation::State::running && animation.animation->removedOnCompletion
+        && topmost(animation.layer)->detached_;
 }
 
 void AnimationTimeline::forgetTakenOff()

@@ -42,7 +42,7 @@ public:
 private:
     void takeOff(RunningAnimation& animation);
     void announceEnd(RunningAnimation& animation, bool finished);
-    void endDetached();
+    bool isDetached(const RunningAnimation& animation) const;
     void forgetTakenOff();
 
     std::vector<std::shared_ptr<RunningAnimation>> all; // those taken off included until the next step

@@ -12,6 +12,13 @@ namespace {
 // How animations end, and who is told.
 class AnimationEnds : public LayerScreen {
 protected:
+    // What still runs is told while `told` is there.
+    ~AnimationEnds() override
+    {
+        layer->removeAllAnimations();
+        other->removeAllAnimations();
+        frame(1000);
+    }
     // Notes its end in `told`, as "name+" when it finished and "name-" when not.
     std::shared_ptr<CABasicAnimation> noted(const std::string& name, double duration = 1)
     {
