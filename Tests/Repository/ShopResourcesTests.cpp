@@ -30,19 +30,19 @@ std::map<std::string, std::string> tableIn(const fs::path& file)
     return table;
 }
 
-// The keys that the kit looks up.
-std::set<std::string> keysInSources(const fs::path& folder)
+// What the first group of the pattern finds in the folder's files of those kinds.
+std::set<std::string> findAll(const std::string& pattern, const fs::path& folder, const std::set<std::string>& extensions)
 {
-    static const std::regex key(R"re("(mv[A-Z][A-Za-z]*)")re");
-    std::set<std::string> keys;
+    const std::regex expression(pattern);
+    std::set<std::string> found;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h")
+        if (extensions.count(entry.path().extension()) == 0)
             continue;
         const std::string text = contentOf(entry.path());
-        for (auto match = std::sregex_iterator(text.begin(), text.end(), key); match != std::sregex_iterator(); ++match)
-            keys.insert((*match)[1]);
+        for (auto match = std::sregex_iterator(text.begin(), text.end(), expression); match != std::sregex_iterator(); ++match)
+            found.insert((*match)[1]);
     }
-    return keys;
+    return found;
 }
 
 TEST(ShopTexts, everyLanguageHasEveryTextThatTheKitShows)
@@ -56,7 +56,7 @@ TEST(ShopTexts, everyLanguageHasEveryTextThatTheKitShows)
     ASSERT_EQ(tables.count("en"), 1u);
     ASSERT_GE(tables.size(), 2u) << "one language more, written from right to left";
 
-    std::set<std::string> wanted = keysInSources(root / "UI");
+    std::set<std::string> wanted = findAll(R"re("(mv[A-Z][A-Za-z]*)")re", root / "UI", { ".cpp", ".h" });
     for (const auto& [key, text] : tables["en"])
         wanted.insert(key);
     EXPECT_GE(wanted.size(), 18u);
@@ -67,6 +67,16 @@ TEST(ShopTexts, everyLanguageHasEveryTextThatTheKitShows)
         }
         EXPECT_LE(table.size(), wanted.size()) << language << " has texts that English lacks";
     }
+}
+
+TEST(ShopPictures, everyPictureThatTheShopShowsIsPainted)
+{
+    const fs::path root = MIVORA_SOURCE_DIR;
+    const auto shown = findAll(R"re(Pictures/([A-Za-z-]+)\.jpg)re", root / "Showroom/Resources", { ".json" });
+    const auto painted = findAll(R"re("name": "([a-z-]+)", "(object|head|backdrop)")re", root / "Showroom/Media", { ".json" });
+    EXPECT_FALSE(shown.empty());
+    for (const std::string& name : shown)
+        EXPECT_EQ(painted.count(name), 1u) << name << " is in no list of pictures.json";
 }
 
 } // namespace
