@@ -7,7 +7,7 @@ enum class RowShape {
     fitting // the height is a soft wish of two sides instead, as a text's is
 };
 
-// Milliseconds, medians over repetitions.
+// Milliseconds of processor time, medians over repetitions.
 struct LayoutFigures {
     double build = 0; // an empty engine to the solved list
     double resize = 0; // the list's width changes
