@@ -51,16 +51,15 @@ void transpose(Bitmap& from, Bitmap& to, int width, int height)
     }
 }
 
-rows::Pixel saturated(const std::uint16_t* cell, double saturation)
+// The last cell of a row, whose columns the screen's edge cuts off.
+void reducePart(const std::uint16_t* columns, std::uint16_t* cell, int wide, int high)
 {
-    // The weights of linear light's primaries for brightness, as usual in image editing (ITU-R BT.709).
-    const double gray = 0.2126 * cell[2] + 0.7152 * cell[1] + 0.0722 * cell[0];
-    rows::Pixel pixel = 0xff;
-    for (int c = 2; c >= 0; --c) {
-        const double v = saturation == 1 ? cell[c] : gray + (cell[c] - gray) * saturation;
-        pixel = pixel << 8 | rows::Pixel(std::clamp(v / 256 + 0.5, 0.0, 255.0));
+    for (int c = 0; c < channels; ++c) {
+        unsigned sum = 0;
+        for (int i = 0; i < wide; ++i)
+            sum += columns[i * channels + c];
+        cell[c] = std::uint16_t(sum * 256 / unsigned(wide * high));
     }
-    return pixel;
 }
 
 PixelRect grownBy(const PixelRect& r, int by) { return { r.x - by, r.y - by, r.width + 2 * by, r.height + 2 * by }; }
@@ -127,15 +126,10 @@ void BackdropBlur::reduce(const PaintBelow& paintBelow, Bitmap& sums) const
             for (int i = 0; i < high; ++i)
                 rows::addBytes(columns.data(), reinterpret_cast<const std::uint8_t*>(strip->row(y + i)), area.width * channels);
             std::uint16_t* out = cellRow(sums, top + y / factor);
-            for (int x = 0; x < cells.width; ++x) {
-                const int wide = std::min(factor, area.width - x * factor);
-                for (int c = 0; c < channels; ++c) {
-                    unsigned sum = 0;
-                    for (int i = 0; i < wide; ++i)
-                        sum += columns[std::size_t((x * factor + i) * channels + c)];
-                    out[x * channels + c] = std::uint16_t(sum * 256 / unsigned(wide * high));
-                }
-            }
+            const int whole = area.width / factor;
+            rows::reduceColumns(out, columns.data(), whole, factor, 65536u / unsigned(factor * high));
+            if (whole < cells.width)
+                reducePart(columns.data() + whole * factor * channels, out + whole * channels, area.width - whole * factor, high);
         }
     }
 }
@@ -156,10 +150,10 @@ std::shared_ptr<const Bitmap> BackdropBlur::make(const PaintBelow& paintBelow) c
     boxColumns(*turnedA, *turnedB, height, boxes[0]);
     boxColumns(*turnedB, *turnedA, height, boxes[1]);
     boxColumns(*turnedA, *turnedB, height, boxes[2]);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x)
-            result->row(y)[x] = saturated(cellRow(*turnedB, x) + y * channels, saturation);
-    }
+    transpose(*turnedB, *a, height, width);
+    const int share = int(std::lround(std::clamp(saturation, 0.0, 100.0) * 256));
+    for (int y = 0; y < height; ++y)
+        rows::saturate(result->row(y), cellRow(*a, y), width, share);
     return result;
 }
 

@@ -124,6 +124,13 @@ private:
     void changeOne(RenderItem& item)
     {
         if (auto* group = std::get_if<RenderGroup>(&item.content)) {
+            if (group->mask && below(3) == 0) {
+                auto mask = std::make_shared<RenderList>(*group->mask);
+                mask->items.front().opacity = opacity();
+                mask->items.front().cornerRadius = below(20);
+                group->mask = mask;
+                return;
+            }
             auto content = std::make_shared<RenderList>(*group->content);
             RenderItem& inner = content->items[std::size_t(below(int(content->items.size())))];
             if (below(2))
