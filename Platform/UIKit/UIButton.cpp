@@ -4,6 +4,7 @@
 #include "Platform/UIKit/UILabel.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace platform {
 
@@ -123,13 +124,6 @@ CGSize UIButton::intrinsicContentSize() const
 
 CGSize UIButton::sizeThatFits(const CGSize& /*size*/) const { return intrinsicContentSize(); }
 
-std::shared_ptr<UIView> UIButton::hitTest(CGPoint point, const UIEvent* event)
-{
-    auto found = UIControl::hitTest(point, event);
-    const bool isOwnView = found && (found == imageView_ || found == titleLabel_);
-    return isOwnView ? std::static_pointer_cast<UIView>(weak(this).lock()) : found;
-}
-
 void UIButton::layoutSubviews()
 {
     UIControl::layoutSubviews();
@@ -138,8 +132,8 @@ void UIButton::layoutSubviews()
         frames.image.x = bounds().x + bounds().maxX() - frames.image.maxX();
         frames.title.x = bounds().x + bounds().maxX() - frames.title.maxX();
     }
-    imageView_->setFrame(frames.image);
-    titleLabel_->setFrame(frames.title);
+    imageView_->setFrame(onPixels(frames.image));
+    titleLabel_->setFrame(onPixels(frames.title));
 }
 
 void UIButton::stateDidChange()
@@ -241,6 +235,12 @@ UIButton::ContentFrames UIButton::contentFrames() const
         { titleRoom.x + across * (titleRoom.width - image.width - title.width) + image.width,
             titleRoom.y + down * (titleRoom.height - title.height), title.width, title.height },
     };
+}
+
+CGRect UIButton::onPixels(const CGRect& frame) const
+{
+    const CGFloat scale = traitCollection().displayScale;
+    return { std::round(frame.x * scale) / scale, std::round(frame.y * scale) / scale, frame.width, frame.height };
 }
 
 } // namespace platform

@@ -49,7 +49,6 @@ public:
     // UIView
     CGSize intrinsicContentSize() const override;
     CGSize sizeThatFits(const CGSize& size) const override;
-    std::shared_ptr<UIView> hitTest(CGPoint point, const UIEvent* event) override; // its own views are no targets
 
 protected:
     void layoutSubviews() override;
@@ -70,6 +69,7 @@ private:
     CGFloat horizontalShare() const;
     CGFloat verticalShare() const;
     ContentFrames contentFrames() const; // as in a left-to-right interface
+    CGRect onPixels(const CGRect& frame) const;
 
     PerState<std::string> titles;
     PerState<UIColor> titleColors;

@@ -1,6 +1,7 @@
 #include "Platform/UIKit/UILabel.h"
 
 #include "Platform/UIKit/UIScreen.h"
+#include "Platform/UIKit/UIWindow.h"
 #include "Tests/Platform/UIKit/KitResources.h"
 
 #include <gtest/gtest.h>
@@ -207,12 +208,22 @@ TEST(UILabel, costsNothingWhenSetToWhatItShows)
 
 TEST(UILabel, resolvesItsColorsAnewInTheDark)
 {
-    const auto window = make<UIView>(CGRect { 0, 0, 100, 100 });
+    const auto window = make<UIWindow>();
     const auto word = label("Live", 100, 30);
+    NSAttributes blue;
+    blue.foregroundColor = UIColor::systemBlue();
+    const auto runs = label("", 100, 30);
+    runs->setAttributedText(NSAttributedString("Live", blue));
+    window->addSubview(word);
+    window->addSubview(runs);
+    window->setHidden(false);
+    window->layoutIfNeeded();
+    EXPECT_EQ(textLayer(*word)->contentsTint(), UIColor::black().cgColor());
+    const auto lightPicture = textLayer(*runs)->contents();
     const ScreenTraits dark([](UITraitCollection& t) { t.userInterfaceStyle = UIUserInterfaceStyle::dark; });
-    const auto born = label("Live", 100, 30);
-    born->layoutIfNeeded();
-    EXPECT_EQ(textLayer(*born)->contentsTint(), UIColor::white().cgColor());
+    window->layoutIfNeeded();
+    EXPECT_EQ(textLayer(*word)->contentsTint(), UIColor::white().cgColor());
+    EXPECT_NE(textLayer(*runs)->contents(), lightPicture);
 }
 
 TEST(UILabel, keepsTheColorsOfEmojiAndRuns)
