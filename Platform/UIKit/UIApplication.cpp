@@ -74,9 +74,12 @@ void UIApplication::layoutWindows()
         for (const auto& window : windows())
             solved = window->solveConstraints() || solved;
         if (round > 0 && !solved)
-            break;
+            return;
         LayerCommitter::layout(windowLayers());
     }
+    static bool said = false;
+    if (!std::exchange(said, true))
+        NSLog("layout goes round in a circle: layout passes change constraints for ever");
 }
 
 std::vector<std::shared_ptr<CALayer>> UIApplication::windowLayers() const

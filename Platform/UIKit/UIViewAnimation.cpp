@@ -15,7 +15,8 @@ struct Block {
     double duration = 0; // seconds; 0 changes at once
     double delay = 0;
     UIViewAnimationCurve curve = UIViewAnimationCurve::easeInOut;
-    std::shared_ptr<bool> finished; // false as soon as one of its animations is cut short
+    bool off = false; // whatever is asked for inside changes at once
+    std::shared_ptr<bool> finished {}; // false as soon as one of its animations is cut short
 };
 
 // The blocks that are being run, outermost first. Main thread.
@@ -67,9 +68,12 @@ void UIView::animate(double duration, const std::function<void()>& animations, s
 void UIView::animate(double duration, double delay, UIViewAnimationCurve curve, const std::function<void()>& animations,
     std::function<void(bool)> completion)
 {
-    Block block { std::isfinite(duration) ? std::max(duration, 0.0) : 0, std::isfinite(delay) ? std::max(delay, 0.0) : 0, curve,
-        std::make_shared<bool>(true) };
-    if (!running().empty()) {
+    Block block { .duration = std::isfinite(duration) ? std::max(duration, 0.0) : 0,
+        .delay = std::isfinite(delay) ? std::max(delay, 0.0) : 0,
+        .curve = curve,
+        .off = !running().empty() && running().back().off,
+        .finished = std::make_shared<bool>(true) };
+    if (!running().empty() && running().back().duration > 0) {
         block.duration = running().back().duration;
         block.curve = running().back().curve;
     }
@@ -88,7 +92,7 @@ void UIView::performWithoutAnimation(const std::function<void()>& changes)
 {
     if (!changes)
         return;
-    const RunningBlock open(Block {});
+    const RunningBlock open(Block { .off = true });
     changes();
 }
 
@@ -96,7 +100,8 @@ double UIView::inheritedAnimationDuration() { return running().empty() ? 0 : run
 
 std::shared_ptr<CABasicAnimation> UIView::actionForLayer(CALayer& layer, std::string_view key)
 {
-    if (running().empty() || running().back().duration <= 0 || &layer != layer_.get() || !isAnimatable(key))
+    if (running().empty() || running().back().off || running().back().duration <= 0 || &layer != layer_.get()
+        || !isAnimatable(key))
         return nullptr;
     const Block& block = running().back();
     auto animation = CABasicAnimation::withKeyPath(std::string(key));

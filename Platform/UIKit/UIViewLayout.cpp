@@ -205,7 +205,7 @@ void UIView::layoutRootChanged()
 {
     if (superview_)
         setNeedsLayout();
-    else
+    else if (window_)
         FrameRequest::make();
 }
 

@@ -20,6 +20,7 @@ UIWindow::UIWindow(const CGRect& frame)
     window_ = this;
     setAccessibilityIdentifier("window");
     UIView::setHidden(true);
+    filledScreen = frame == UIScreen::main().bounds();
     updateSafeArea();
 }
 
@@ -74,9 +75,14 @@ void UIWindow::setHidden(bool hidden)
     if (controller)
         controller->beginAppearanceTransition(!hidden, false);
     if (hidden) {
+        filledScreen = frame() == UIScreen::main().bounds();
         UIApplication::shared().hide(*this);
         cancelAllTouches(lastTimestamp);
     } else {
+        // Whatever happened to the screen meanwhile.
+        if (filledScreen)
+            setFrame(UIScreen::main().bounds());
+        updateSafeArea();
         adoptTraitsInTree(UIScreen::main().sharedTraits());
         UIApplication::shared().show(*this);
     }
@@ -107,18 +113,24 @@ void UIWindow::screenChanged(const CGRect& previousScreen, double duration)
         });
         return;
     }
-    UIViewControllerTransitionCoordinator coordinator(duration);
+    UIViewControllerTransitionCoordinator coordinator(std::max(duration, 0.0));
     if (const auto controller = rootViewController_)
         controller->viewWillTransition(screen.size(), coordinator);
     const auto completions = std::make_shared<std::vector<std::function<void()>>>();
+    const auto change = [&] {
+        setFrame(screen);
+        layoutIfNeeded();
+        for (const auto& animation : coordinator.animations)
+            animation();
+        layoutIfNeeded();
+    };
     UIView::animate(
         duration,
         [&] {
-            setFrame(screen);
-            layoutIfNeeded();
-            for (const auto& animation : coordinator.animations)
-                animation();
-            layoutIfNeeded();
+            if (duration > 0)
+                change();
+            else
+                performWithoutAnimation(change); // blocks inside included
         },
         [completions](bool) {
             for (const auto& completion : *completions)

@@ -48,6 +48,7 @@ private:
 
     std::shared_ptr<UIViewController> rootViewController_;
     UITouches touches; // that are down
+    bool filledScreen = false; // when it was hidden
     double lastTimestamp = 0; // seconds, of the last touch event
 };
 

@@ -134,6 +134,10 @@ TEST_F(UIViewAnimationTest, nestsBlocksAndSwitchesAnimationOff)
     EXPECT_EQ(innerEnded, 1);
     inner->setAlpha(1);
     EXPECT_FALSE(inner->layer()->hasAnimations()) << "outside a block";
+    UIView::animate(0, [&] { UIView::animate(1, [&] { inner->setAlpha(0); }); });
+    EXPECT_TRUE(inner->layer()->hasAnimations()) << "a block without a duration has none to give";
+    UIView::performWithoutAnimation([&] { UIView::animate(1, [&] { outer->setAlpha(1); }); });
+    EXPECT_FALSE(outer->layer()->hasAnimations());
 }
 
 TEST_F(UIViewAnimationTest, endsWithItsView)

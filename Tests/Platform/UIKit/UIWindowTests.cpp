@@ -120,6 +120,23 @@ TEST_F(UIWindowTest, touchesGoToTheUppermostWindowThatTakesThem)
     EXPECT_EQ(view->log, "bebe");
 }
 
+TEST_F(UIWindowTest, catchesUpWithTheScreenWhenItIsShownAgain)
+{
+    const auto view = add({});
+    const auto banner = make<UIWindow>(CGRect { 0, 0, 320, 50 });
+    window->setHidden(true);
+    UIScreen::main().setGeometry({ 480, 320 }, { 0, 59, 21, 59 });
+    UITraitCollection dark = lightTraits();
+    dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
+    UIScreen::main().setTraitCollection(dark);
+    window->makeKeyAndVisible();
+    banner->setHidden(false);
+    EXPECT_EQ(window->frame(), (CGRect { 0, 0, 480, 320 }));
+    EXPECT_EQ(window->safeAreaInsets(), (UIEdgeInsets { 0, 59, 21, 59 }));
+    EXPECT_TRUE(view->traitCollection().isDark());
+    EXPECT_EQ(banner->frame(), (CGRect { 0, 0, 320, 50 }));
+}
+
 class TapTest : public ScreenTest {
 protected:
     std::shared_ptr<UITapGestureRecognizer> addTap(UIView& view, int& count)
