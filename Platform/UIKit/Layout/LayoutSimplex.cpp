@@ -54,98 +54,50 @@ std::uint32_t LayoutSimplex::addRoot()
     const auto root = rootCount();
     basis.addRoot();
     columns.emplace_back();
-    rowsOfRoot.emplace_back();
+    rows.addRoot();
     return root;
 }
 
 void LayoutSimplex::addRow(std::uint32_t source, LayoutRelation relation, double rank, std::span<const Entry> sum)
 {
-    Row row;
-    row.source = source;
-    row.relation = relation;
-    row.rank = rank;
-    row.firstEntry = static_cast<std::uint32_t>(entries.size());
-    row.entryCount = static_cast<std::uint32_t>(sum.size());
-    for (const Entry& entry : sum)
-        rowsOfRoot[entry.index].push_back({ rowCount(), entry.value });
-    entries.insert(entries.end(), sum.begin(), sum.end());
-    rows.push_back(row);
+    rows.add(source, relation, rank, sum);
 }
 
 void LayoutSimplex::addStay(std::uint32_t source, double rank, std::span<const Entry> sum)
 {
-    addRow(source, LayoutRelation::equal, rank, sum);
-    rows.back().isStay = true;
+    rows.add(source, LayoutRelation::equal, rank, sum).isStay = true;
+    rows.rankLevels();
     ++stayCount;
-    rankLevels();
 }
 
 void LayoutSimplex::removeStays()
 {
-    const std::vector<Row> oldRows = std::move(rows);
-    const std::vector<Entry> oldEntries = std::move(entries);
-    rows.clear();
-    entries.clear();
-    for (auto& list : rowsOfRoot)
-        list.clear();
-    for (const Row& old : oldRows) {
-        if (old.column != none)
-            columns[old.column].row = old.isStay ? none : rowCount();
-        if (old.isStay)
-            continue;
-        addRow(old.source, old.relation, old.rank, { oldEntries.data() + old.firstEntry, old.entryCount });
-        Row& row = rows.back();
-        row.residual = old.residual;
-        row.column = old.column;
-        row.side = old.side;
-    }
+    rows.removeStays();
     stayCount = 0;
-    rankLevels();
+    for (Column& column : columns)
+        column.row = none;
+    for (std::uint32_t row = 0; row < rowCount(); ++row)
+        if (rows[row].column != none)
+            columns[rows[row].column].row = row;
 }
 
 void LayoutSimplex::merge(const LayoutSimplex& other)
 {
-    const auto rootOffset = rootCount();
-    const auto rowOffset = rowCount();
-    const auto entryOffset = static_cast<std::uint32_t>(entries.size());
-    for (Entry entry : other.entries)
-        entries.push_back({ entry.index + rootOffset, entry.value });
-    for (Row row : other.rows) {
-        row.firstEntry += entryOffset;
-        row.column += row.column == none ? 0 : rootOffset;
-        rows.push_back(row);
-    }
+    const std::uint32_t rowOffset = rowCount();
     for (Column column : other.columns) {
         column.row += column.row == none ? 0 : rowOffset;
         columns.push_back(column);
     }
-    for (auto list : other.rowsOfRoot) {
-        for (Entry& entry : list)
-            entry.index += rowOffset;
-        rowsOfRoot.push_back(std::move(list));
-    }
+    rows.append(other.rows);
     basis.append(other.basis);
     stayCount += other.stayCount;
-    rankLevels();
-}
-
-void LayoutSimplex::rankLevels()
-{
-    ranks.clear();
-    for (const Row& row : rows)
-        ranks.push_back(row.rank);
-    std::sort(ranks.begin(), ranks.end(), std::greater<>());
-    ranks.erase(std::unique(ranks.begin(), ranks.end()), ranks.end());
-    for (Row& row : rows)
-        row.level = static_cast<std::uint32_t>(
-            std::lower_bound(ranks.begin(), ranks.end(), row.rank, std::greater<>()) - ranks.begin());
 }
 
 // A first guess: every equality and every violated row, the highest level first, is made tight while columns are free.
 void LayoutSimplex::start(std::vector<double>& moves)
 {
     isStarted = true;
-    rankLevels();
+    rows.rankLevels();
     std::vector<std::uint32_t> order(rows.size());
     std::iota(order.begin(), order.end(), 0u);
     std::stable_sort(
@@ -156,7 +108,7 @@ void LayoutSimplex::start(std::vector<double>& moves)
             break;
         Row& row = rows[index];
         row.side = row.residual < 0 ? -1 : 1;
-        if (row.column != none || (row.relation != LayoutRelation::equal && slope(row, row.side) == 0))
+        if (row.column != none || (row.relation != LayoutRelation::equal && row.slope() == 0))
             continue;
         if (const Entry best = bestFreeColumn(row); std::abs(best.value) > weakestPivot) {
             shift(best.index, -row.residual / best.value, moves);
@@ -186,7 +138,7 @@ void LayoutSimplex::refactor()
 LayoutSimplex::Entry LayoutSimplex::bestFreeColumn(const Row& row) const
 {
     Entry best { none, 0 };
-    for (const Entry& entry : basis.ratesOf(entriesOf(row)))
+    for (const Entry& entry : basis.ratesOf(rows.entriesOf(row)))
         if (columns[entry.index].row == none && std::abs(entry.value) > std::abs(best.value))
             best = entry;
     return best;
@@ -245,15 +197,6 @@ void LayoutSimplex::optimise(std::vector<double>& moves)
     }
 }
 
-double LayoutSimplex::slope(const Row& row, int side)
-{
-    if (row.relation == LayoutRelation::equal)
-        return side;
-    if (row.relation == LayoutRelation::greaterOrEqual)
-        return side < 0 ? -1 : 0;
-    return side > 0 ? 1 : 0;
-}
-
 void LayoutSimplex::chooseSides()
 {
     for (Row& row : rows)
@@ -264,16 +207,16 @@ void LayoutSimplex::chooseSides()
 void LayoutSimplex::price()
 {
     const std::size_t width = columns.size();
-    prices.assign(ranks.size() * width, 0);
+    prices.assign(levelCount() * width, 0);
     growTo(scratch.levelRoots, prices.size());
     for (const Row& row : rows) {
-        const double rowSlope = row.column == none ? slope(row, row.side) : 0;
+        const double rowSlope = row.column == none ? row.slope() : 0;
         if (rowSlope == 0)
             continue;
-        for (const Entry& entry : entriesOf(row))
+        for (const Entry& entry : rows.entriesOf(row))
             scratch.levelRoots[row.level * width + entry.index] += rowSlope * entry.value;
     }
-    for (std::size_t level = 0; level < ranks.size(); ++level)
+    for (std::size_t level = 0; level < levelCount(); ++level)
         for (std::size_t column = 0; column < width; ++column)
             for (const Entry& root : basis.column(static_cast<std::uint32_t>(column)))
                 prices[level * width + column] += scratch.levelRoots[level * width + root.index] * root.value;
@@ -283,18 +226,17 @@ void LayoutSimplex::price()
 double LayoutSimplex::cost(std::uint32_t level, Move move) const
 {
     const std::uint32_t row = columns[move.column].row;
-    const double own = row != none && rows[row].level == level ? slope(rows[row], move.direction) * move.direction : 0;
+    const double own = row != none && rows[row].level == level ? rows[row].slope(move.direction) * move.direction : 0;
     return own + move.direction * prices[level * columns.size() + move.column];
 }
 
 // The highest level on which a move costs or gains anything, and what; beyond the last level when it is free.
 std::pair<std::uint32_t, double> LayoutSimplex::leadingCost(Move move) const
 {
-    const auto levels = static_cast<std::uint32_t>(ranks.size());
-    for (std::uint32_t level = 0; level < levels; ++level)
+    for (std::uint32_t level = 0; level < levelCount(); ++level)
         if (const double value = cost(level, move); std::abs(value) > negligibleCost)
             return { level, value };
-    return { levels, 0 };
+    return { levelCount(), 0 };
 }
 
 // The move that gains most on the highest level where any gains.
@@ -346,7 +288,7 @@ void LayoutSimplex::findKinks(Move move)
     growTo(rates, rows.size());
     scratch.seen.clear();
     for (const Entry& root : basis.column(move.column)) {
-        for (const Entry& use : rowsOfRoot[root.index]) {
+        for (const Entry& use : rows.usesOf(root.index)) {
             rates[use.index] += use.value * root.value * move.direction;
             scratch.seen.push_back(use.index);
         }
@@ -367,7 +309,7 @@ std::size_t LayoutSimplex::findStop(Move move) const
 {
     const auto& kinks = scratch.kinks;
     auto& costs = scratch.levelCosts;
-    costs.resize(ranks.size());
+    costs.resize(levelCount());
     for (std::uint32_t level = 0; level < costs.size(); ++level)
         costs[level] = cost(level, move);
     std::size_t stop = 0;
@@ -396,7 +338,7 @@ void LayoutSimplex::shift(std::uint32_t column, double distance, std::vector<dou
     for (const Entry& root : basis.column(column)) {
         const double change = root.value * distance;
         moves[root.index] += change;
-        for (const Entry& use : rowsOfRoot[root.index])
+        for (const Entry& use : rows.usesOf(root.index))
             rows[use.index].residual += use.value * change;
     }
 }
@@ -404,7 +346,7 @@ void LayoutSimplex::shift(std::uint32_t column, double distance, std::vector<dou
 // Makes the row the column's tight one.
 void LayoutSimplex::tighten(std::uint32_t row, std::uint32_t column)
 {
-    basis.replace(column, entriesOf(rows[row]));
+    basis.replace(column, rows.entriesOf(rows[row]));
     columns[column].row = row;
     rows[row].column = column;
     rows[row].residual = 0;
@@ -426,20 +368,21 @@ double LayoutSimplex::errorAtRank(double rank) const
     double total = 0;
     for (const Row& row : rows)
         if (row.rank == rank)
-            total += row.residual * slope(row, row.residual < 0 ? -1 : 1);
+            total += row.residual * row.slope(row.residual < 0 ? -1 : 1);
     return total;
 }
 
 void LayoutSimplex::multipliersAtRank(double rank, std::vector<Entry>& multipliers) const
 {
     multipliers.clear();
-    const auto level = std::find(ranks.begin(), ranks.end(), rank) - ranks.begin();
-    if (level == static_cast<std::ptrdiff_t>(ranks.size()))
+    const auto& ranks = rows.levels();
+    const auto level = static_cast<std::size_t>(std::find(ranks.begin(), ranks.end(), rank) - ranks.begin());
+    if (level == ranks.size())
         return;
     for (std::uint32_t i = 0; i < rowCount(); ++i) {
         const Row& row = rows[i];
         const double multiplier = row.column != none ? -prices[level * columns.size() + row.column]
-            : row.rank == rank                       ? slope(row, row.side)
+            : row.rank == rank                       ? row.slope()
                                                      : 0;
         if (std::abs(multiplier) > negligibleCost)
             multipliers.push_back({ i, multiplier });
@@ -470,14 +413,14 @@ bool LayoutSimplex::isTied() const
 {
     for (std::uint32_t column = 0; column < rootCount(); ++column)
         for (const int direction : { 1, -1 })
-            if (leadingCost({ column, direction }).first == ranks.size())
+            if (leadingCost({ column, direction }).first == levelCount())
                 return true;
     return false;
 }
 
 bool LayoutSimplex::isFree(Move move)
 {
-    return !columns[move.column].isBlocked && leadingCost(move).first == ranks.size() && !flipAtKink(move);
+    return !columns[move.column].isBlocked && leadingCost(move).first == levelCount() && !flipAtKink(move);
 }
 
 // A move that seems free may stand right before a kink. When the costs beyond the kink prove the same optimum, they
@@ -495,9 +438,9 @@ bool LayoutSimplex::flipAtKink(Move move)
 bool LayoutSimplex::tryFlip(std::uint32_t index)
 {
     Row& row = rows[index];
-    const auto rates = basis.ratesOf(entriesOf(row));
+    const auto rates = basis.ratesOf(rows.entriesOf(row));
     const auto flip = [&] {
-        const double change = slope(row, -row.side) - slope(row, row.side);
+        const double change = row.slope(-row.side) - row.slope();
         row.side = static_cast<std::int8_t>(-row.side);
         for (const Entry& rate : rates)
             prices[row.level * columns.size() + rate.index] += change * rate.value;

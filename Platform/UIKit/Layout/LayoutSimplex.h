@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Platform/UIKit/Layout/LayoutBasis.h"
-#include "Platform/UIKit/Layout/LayoutEquation.h"
+#include "Platform/UIKit/Layout/LayoutRows.h"
 
 #include <span>
 #include <vector>
@@ -24,7 +23,7 @@ public:
     void merge(const LayoutSimplex& other);
 
     std::uint32_t rootCount() const { return static_cast<std::uint32_t>(columns.size()); }
-    std::uint32_t rowCount() const { return static_cast<std::uint32_t>(rows.size()); }
+    std::uint32_t rowCount() const { return rows.size(); }
     std::uint32_t source(std::uint32_t row) const { return rows[row].source; }
     void setResidual(std::uint32_t row, double residual) { rows[row].residual = residual; }
 
@@ -51,20 +50,9 @@ public:
     void removeStays();
 
 private:
-    static constexpr std::uint32_t none = 0xffffffff;
+    using Row = LayoutRows::Row;
+    static constexpr std::uint32_t none = LayoutRows::none;
 
-    struct Row {
-        double residual = 0;
-        double rank = 0;
-        std::uint32_t source = none;
-        std::uint32_t firstEntry = 0;
-        std::uint32_t entryCount = 0;
-        std::uint32_t level = 0;
-        std::uint32_t column = none; // where it is tight
-        LayoutRelation relation = LayoutRelation::equal;
-        std::int8_t side = 1; // the sign of the residual, as far as the cost is concerned
-        bool isStay = false;
-    };
     struct Column {
         std::uint32_t row = none; // the tight one, whose residual is the column's coordinate
         bool isBlocked = false; // rounding errors lured the search into it
@@ -74,13 +62,11 @@ private:
         int direction = 1;
     };
 
-    std::span<const Entry> entriesOf(const Row& row) const { return { entries.data() + row.firstEntry, row.entryCount }; }
-    void rankLevels();
+    std::uint32_t levelCount() const { return static_cast<std::uint32_t>(rows.levels().size()); }
     void start(std::vector<double>& moves);
     void refactor();
     Entry bestFreeColumn(const Row& row) const;
 
-    static double slope(const Row& row, int side);
     void chooseSides();
     void price();
     double cost(std::uint32_t level, Move move) const;
@@ -96,12 +82,9 @@ private:
     bool flipAtKink(Move move);
     bool tryFlip(std::uint32_t row);
 
-    std::vector<Row> rows;
-    std::vector<Entry> entries; // of all rows
+    LayoutRows rows;
     LayoutBasis basis;
     std::vector<Column> columns; // of the basis
-    std::vector<std::vector<Entry>> rowsOfRoot; // indexed by row
-    std::vector<double> ranks; // of the levels, descending
     std::vector<double> prices; // by level and column: the cost of one unit of the column's residual
     std::uint32_t stayCount = 0;
     bool isStarted = false;
