@@ -59,6 +59,8 @@ public:
     // depends on its place alone when `exact`; otherwise narrow areas stay whole.
     template <typename Piece> void split(const PixelRect& area, bool exact, const Piece& piece) const;
     void multiplyInto(RowCoverage& row, int x, int y, int count) const;
+    // Whether two rows are covered alike everywhere, as those that stretch are.
+    bool isSameRow(int y, int other) const { return !slanted && (maskWidth == 0 || maskRow(y) == maskRow(other)); }
     // Cuts off ends of a row that are not covered; the count may become 0.
     void narrow(int y, int& x, int& count) const;
 

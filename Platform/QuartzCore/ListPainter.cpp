@@ -225,20 +225,29 @@ void ListPainter::draw(
 void ListPainter::drawPiece(
     const Surface& surface, const PixelRect& area, PixelSource& source, const Actives& actives, unsigned opacity)
 {
+    RowCoverage coverage;
+    bool isKept = false; // the coverage of the row above
     for (int y = area.y; y < area.maxY(); ++y) {
         int x = area.x, count = area.width;
         for (const Coverage* active : actives)
             active->narrow(y, x, count);
         if (count == 0)
             continue;
-        RowCoverage coverage { nullptr, opacity, productRoom.data(), piecesRoom.data() };
-        for (const Coverage* active : actives)
-            active->multiplyInto(coverage, x, y, count);
+        isKept = isKept
+            && std::all_of(actives.begin(), actives.end(), [y](const Coverage* active) { return active->isSameRow(y, y - 1); });
+        if (!isKept) {
+            coverage = { nullptr, opacity, productRoom.data(), piecesRoom.data() };
+            for (const Coverage* active : actives)
+                active->multiplyInto(coverage, x, y, count);
+            isKept = true;
+        }
         if (coverage.isNothing())
             continue;
         const SourceRow row = source.row(x, y, count, pixelRoom.data(), sourceCoverage.data());
-        if (row.coverage)
+        if (row.coverage) {
             coverage.multiply(row.coverage, count);
+            isKept = false;
+        }
         rows::Pixel* to = surface.at(x, y);
         if (!row.pixels && !coverage.values)
             rows::overColor(to, row.color, count, coverage.constant);
