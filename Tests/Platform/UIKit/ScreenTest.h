@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -106,6 +108,35 @@ protected:
     LogCapture console;
     ManualClock clock;
     std::shared_ptr<UIWindow> window;
+};
+
+// A view with a content of its own.
+class Content : public UIView {
+public:
+    explicit Content(CGSize size)
+        : size(size)
+    {
+        setTranslatesAutoresizingMaskIntoConstraints(false);
+    }
+    CGSize intrinsicContentSize() const override { return size; }
+    void setSize(CGSize newSize)
+    {
+        size = newSize;
+        invalidateIntrinsicContentSize();
+    }
+    // As text flows: an area of so many points, whose height follows from its width.
+    double area = 0;
+
+protected:
+    std::optional<CGFloat> intrinsicHeight(CGFloat width) const override
+    {
+        return area > 0 && width > 0 ? std::optional(std::ceil(area / width)) : std::nullopt;
+    }
+    CGFloat firstBaselineOffset() const override { return 8; }
+    CGFloat lastBaselineOffset() const override { return 3; }
+
+private:
+    CGSize size;
 };
 
 // All four edges, with that much room in between.
