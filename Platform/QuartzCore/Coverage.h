@@ -3,7 +3,9 @@
 #include "Platform/CoreGraphics/Bitmap.h"
 #include "Platform/QuartzCore/PixelKernels.h"
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 
@@ -47,8 +49,8 @@ public:
     // What lies within `width` (in the rectangle's space) of the rectangle's edge, inside it.
     static Coverage ring(
         const CGAffineTransform& transform, const CGRect& rect, double radius, unsigned corners, double width, PixelCache& cache);
-    // The rectangle blurred by a gaussian of that sigma (in its own space); upright rectangles only.
-    static Coverage shadow(const UprightRect& rect, double sigmaX, double sigmaY, PixelCache& cache);
+    // The rectangle blurred by a gaussian of that sigma (pixels). Nothing when its corners are too large for a bitmap.
+    static std::optional<Coverage> shadow(const UprightRect& rect, double sigmaX, double sigmaY, PixelCache& cache);
     // An a8 picture whose left top pixel lies there.
     static Coverage bitmap(std::shared_ptr<const Bitmap> alpha, int x, int y);
     // One value a row, or a column: an a8 picture 1 pixel wide, or high, stretched over the rectangle.

@@ -11,9 +11,12 @@ namespace platform {
 namespace {
 
 constexpr double hair = 1.0 / 64; // pixels; finer differences do not show
+constexpr double farthest = 1e8; // pixels; what lies beyond is as good as there
+constexpr long largestPicture = 2l << 20; // pixels of a nine-part bitmap; a circle as wide as a phone has 1.4 million
 
 double snapped(double v)
 {
+    v = std::clamp(v, -farthest, farthest);
     const double whole = std::round(v);
     return std::abs(v - whole) <= hair ? whole : std::round(v * 64) / 64;
 }
@@ -52,6 +55,8 @@ struct Parts {
         small.right = width - fromRight;
         small.bottom = height - fromBottom;
     }
+
+    bool isTooLarge() const { return long(width) * height > largestPicture; }
 
     void addTo(PixelKey& key) const
     {
@@ -225,6 +230,10 @@ Coverage Coverage::roundedRect(
         c.setParts(parts.left, parts.top, parts.right, parts.bottom, parts.width, parts.height);
         return c;
     }
+    if (parts.isTooLarge()) {
+        c.slanted = slantedShape(transform, rect, radius, corners);
+        return c;
+    }
     PixelKey key(PixelKey::corners);
     parts.addTo(key);
     c.mask = cache.findOrMake(key, [&] { return drawn(parts.small, parts.width, parts.height); });
@@ -237,19 +246,24 @@ Coverage Coverage::ring(
     const CGAffineTransform& transform, const CGRect& rect, double radius, unsigned corners, double width, PixelCache& cache)
 {
     Coverage c;
-    const auto upright = UprightRect::make(transform, rect, radius, corners);
-    if (!upright) {
-        c = roundedRect(transform, rect, radius, corners, cache);
+    const auto computed = [&] {
+        c.outer = PixelRect::around(transform.apply(rect).insetBy(-1, -1));
+        c.slanted = slantedShape(transform, rect, radius, corners);
         const CGRect hole = rect.insetBy(width, width);
         if (!hole.isEmpty())
             c.hole = slantedShape(transform, hole, std::max(radius - width, 0.0), corners);
         return c;
-    }
+    };
+    const auto upright = UprightRect::make(transform, rect, radius, corners);
+    if (!upright)
+        return computed();
     const double ringX = snapped(width * std::abs(transform.a)), ringY = snapped(width * std::abs(transform.d));
     c.outer = upright->outer();
     if (c.outer.isEmpty())
         return c;
     const Parts parts(*upright, std::max(upright->radiusX, ringX), std::max(upright->radiusY, ringY), 0);
+    if (parts.isTooLarge())
+        return computed();
     PixelKey key(PixelKey::ring);
     parts.addTo(key);
     key.add(ringX).add(ringY);
@@ -259,12 +273,14 @@ Coverage Coverage::ring(
     return c;
 }
 
-Coverage Coverage::shadow(const UprightRect& rect, double sigmaX, double sigmaY, PixelCache& cache)
+std::optional<Coverage> Coverage::shadow(const UprightRect& rect, double sigmaX, double sigmaY, PixelCache& cache)
 {
     Coverage c;
     const int reach = int(std::ceil(3 * std::max(sigmaX, sigmaY)));
     const Parts parts(rect, rect.radiusX, rect.radiusY, reach);
     c.outer = parts.outer;
+    if (parts.isTooLarge())
+        return {};
     PixelKey key(PixelKey::shadow);
     parts.addTo(key);
     key.add(sigmaX).add(sigmaY);

@@ -12,6 +12,7 @@ namespace platform {
 namespace {
 
 constexpr double smallestSigma = 0.3; // pixels; a sharper shadow is drawn unblurred
+constexpr double largestSigma = 250; // pixels; a softer one is not told from it, and its bitmap would be as large as the screen
 
 template <typename Visit> void forEachClip(const RenderList& list, int clip, const Visit& visit)
 {
@@ -40,6 +41,8 @@ bool fillsOpaquely(const RenderItem& item)
 PixelRect grownBy(const PixelRect& r, int by) { return { r.x - by, r.y - by, r.width + 2 * by, r.height + 2 * by }; }
 
 double scaleOf(const CGAffineTransform& t) { return std::sqrt(std::abs(t.determinant())); }
+
+double sigmaOf(double radius, double scale) { return std::clamp(radius * scale, 0.0, largestSigma); }
 
 } // namespace
 
@@ -121,15 +124,18 @@ void ListPainter::prepareShadow(Prepared& prepared, const RenderItem& item, cons
     if (shadow.color.isClear() || item.rect.isEmpty() || item.transform.determinant() == 0)
         return;
     const CGRect rect = item.rect.offsetBy(shadow.offset.width, shadow.offset.height);
-    const double sigma = std::max(shadow.radius, 0.0) * scaleOf(item.transform);
+    const double sigma = sigmaOf(shadow.radius, scaleOf(item.transform));
     const auto upright = UprightRect::make(item.transform, rect, item.cornerRadius, item.corners);
     std::vector<Coverage> shape;
     if (!shadow.path && sigma < smallestSigma) {
         shape.push_back(Coverage::roundedRect(item.transform, rect, item.cornerRadius, item.corners, cache));
     } else if (!shadow.path && upright) {
-        const CGAffineTransform& t = item.transform;
-        shape.push_back(Coverage::shadow(*upright, shadow.radius * std::abs(t.a), shadow.radius * std::abs(t.d), cache));
-    } else {
+        const double sigmaX = sigmaOf(shadow.radius, std::abs(item.transform.a));
+        const double sigmaY = sigmaOf(shadow.radius, std::abs(item.transform.d));
+        if (auto blurred = Coverage::shadow(*upright, sigmaX, sigmaY, cache))
+            shape.push_back(std::move(*blurred));
+    }
+    if (shape.empty()) {
         const auto path = shadow.path ? shadow.path : CGPath::roundedRect(item.rect, item.corners ? item.cornerRadius : 0);
         const auto moved = CGAffineTransform::translation(shadow.offset.width, shadow.offset.height).then(item.transform);
         const PlacedCoverage blurred = blurredPath(*path, moved, sigma, item.bounds, cache);
@@ -184,7 +190,7 @@ void ListPainter::prepareGroupShadow(Prepared& prepared, std::size_t index, cons
     const CGSize offset = group.shadow->offset;
     const int dx = int(std::lround(offset.width * t.a + offset.height * t.c));
     const int dy = int(std::lround(offset.width * t.b + offset.height * t.d));
-    const double sigma = std::max(group.shadow->radius, 0.0) * scaleOf(t);
+    const double sigma = sigmaOf(group.shadow->radius, scaleOf(t));
     const int reach = int(std::ceil(3 * sigma)) + 1;
     PixelRect content;
     for (const RenderItem& inner : group.content->items)

@@ -331,6 +331,35 @@ TEST(CompositorDrawing, shapesAreFilledAndStroked)
     EXPECT_EQ(part.at(15, 10), 0u);
 }
 
+TEST(CompositorDrawing, extremeScalesDoNoHarm)
+{
+    const auto picture = noisePicture(30, 30, PixelFormat::argb, 1);
+    const RenderGradient gradient { { red, blue }, { 0, 1 }, { 0, 0 }, { 1, 0.5 } };
+    for (const double scale : { 0.0, 1e-12, 1e-6, 0.02, 700.0, 1e7 }) {
+        for (const double angle : { 0.0, 0.3, 1.5707963 }) {
+            const auto transform = CGAffineTransform::scale(scale, scale * 0.5).then(CGAffineTransform::rotation(angle));
+            std::vector<RenderItem> items { boxItem(1, { 0, 0, 40, 40 }, white) };
+            const auto add = [&](auto content) {
+                RenderItem item = itemOf(items.size() + 1, { -5, -5, 30, 30 }, std::move(content));
+                item.transform = transform;
+                item.cornerRadius = 7;
+                item.bounds = { 0, 0, 40, 40 };
+                items.push_back(item);
+            };
+            add(RenderBox { red, green, 2 });
+            add(RenderImage { picture, {} });
+            add(gradient);
+            add(RenderShadow { black, 3, { 1, 1 }, nullptr });
+            add(RenderShape { CGPath::rect({ 0, 0, 20, 20 }), red, blue, 2 });
+            add(RenderBackdrop { 3, 1 });
+            const Composed frame(40, 40, listOf(items));
+            if (scale == 0) {
+                EXPECT_EQ(frame.at(20, 20), 0xffffffu);
+            }
+        }
+    }
+}
+
 TEST(CompositorDrawing, nothingIsDrawnOutsideTheBounds)
 {
     const auto picture = noisePicture(30, 30, PixelFormat::xrgb, 1);
