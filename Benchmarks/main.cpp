@@ -1,0 +1,124 @@
+#include "Benchmarks/Compositor/CompositorBenchmark.h"
+#include "Benchmarks/Layout/LayoutBenchmark.h"
+#include "Benchmarks/Measure.h"
+#include "Benchmarks/Workloads/FirstFrame.h"
+#include "Benchmarks/Workloads/Reactions.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+// Benchmarks/README.md says what each workload is.
+
+namespace {
+
+struct Options {
+    std::string workload; // empty: all
+    std::string assets, picture;
+    int frames = 300;
+    bool json = false;
+};
+
+void runReactions(const Options& options)
+{
+    const double copy = bench::frameCopyMilliseconds();
+    const auto figures = bench::measureReactions(options.frames, options.assets, options.picture);
+    const double copies = figures.cpuPerFrame / copy;
+    if (options.json) {
+        std::printf(
+            "{\"peer\":\"mivora\",\"workload\":\"W3\",\"frames\":%d,\"cpu_ms_per_frame\":%.3f,\"wall_ms_median\":%.3f,"
+            "\"wall_ms_p99\":%.3f,\"wall_ms_max\":%.3f,\"peak_pss_mib\":%.1f,\"memcpy_frame_ms\":%.3f,\"frame_copies\":%.2f}\n",
+            figures.frames, figures.cpuPerFrame, figures.wallMedian, figures.wallP99, figures.wallMax, figures.memory, copy,
+            copies);
+        return;
+    }
+    std::printf(
+        "W3 reactions: %.2f frame copies, %.3f ms CPU a frame (wall median %.3f, p99 %.3f), %.1f MiB; a copy is %.3f ms\n",
+        copies, figures.cpuPerFrame, figures.wallMedian, figures.wallP99, figures.memory, copy);
+}
+
+void runComposition(const Options& options)
+{
+    for (const auto& figure : bench::measureComposition()) {
+        if (options.json)
+            std::printf("{\"workload\":\"K1\",\"layers\":\"%s\",\"wall_ms_median\":%.3f,\"frame_copies\":%.2f}\n", figure.name,
+                figure.milliseconds, figure.copies);
+        else
+            std::printf("K1 full frame, %-24s %6.2f frame copies, %7.3f ms\n", figure.name, figure.copies, figure.milliseconds);
+    }
+}
+
+void runFirstFrame(const Options& options)
+{
+    const auto times = bench::measureFirstFrames(15);
+    const auto middle = bench::median(times), best = bench::percentile(times, 0), worst = bench::percentile(times, 1);
+    std::printf(options.json
+            ? "{\"workload\":\"K2\",\"wall_ms_median\":%.1f,\"wall_ms_min\":%.1f,\"wall_ms_max\":%.1f,\"runs\":%zu}\n"
+            : "K2 first frame of the gallery: %.1f ms from exec (best %.1f, worst %.1f of %zu runs)\n",
+        middle, best, worst, times.size());
+}
+
+void runLayout(const Options& options)
+{
+    for (const int rows : { 10, 200, 2000 }) {
+        const auto figures = bench::measureLayout(rows);
+        if (!figures.isCorrect)
+            std::fprintf(stderr, "K3: the rows of %d are in the wrong place\n", rows);
+        std::printf(options.json
+                ? "{\"workload\":\"K3\",\"rows\":%d,\"build_ms\":%.5f,\"resize_ms\":%.5f,\"change_height_ms\":%.5f}\n"
+                : "K3 layout of %4d rows: build %.4f ms, resize %.5f ms, change one height %.5f ms\n",
+            rows, figures.build, figures.resize, figures.changeHeight);
+    }
+}
+
+constexpr struct {
+    const char* name;
+    void (*run)(const Options&);
+} workloads[] = { { "W3", runReactions }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout } };
+
+int usage(const std::string& problem)
+{
+    std::fprintf(stderr,
+        "mivora_bench: %s\nmivora_bench [--workload W3|K1|K2|K3] [--assets DIR] [--frames N] [--png FILE] [--json]\n",
+        problem.c_str());
+    return 2;
+}
+
+} // namespace
+
+int main(int count, char** words)
+{
+    Options options;
+    for (int i = 1; i < count; ++i) {
+        const std::string option = words[i];
+        if (option == "--json") {
+            options.json = true;
+            continue;
+        }
+        if (i + 1 == count)
+            return usage(option + ": a word is missing after it, or it is no option");
+        const std::string word = words[++i];
+        if (option == "--first-frame")
+            return bench::showFirstFrame(std::atof(word.c_str()));
+        if (option == "--workload")
+            options.workload = word;
+        else if (option == "--assets")
+            options.assets = word;
+        else if (option == "--png")
+            options.picture = word;
+        else if (option == "--frames")
+            options.frames = std::clamp(std::atoi(word.c_str()), 1, 100'000);
+        else
+            return usage("\"" + option + "\" is no option");
+    }
+    bool known = false;
+    for (const auto& workload : workloads) {
+        if (!options.workload.empty() && options.workload != workload.name)
+            continue;
+        known = true;
+        workload.run(options);
+        std::fflush(stdout);
+    }
+    return known ? 0 : usage("workload \"" + options.workload + "\" is not built yet, or there is none of that name");
+}
