@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/IcuModule.h"
 #include "Platform/Foundation/ModuleLoader.h"
+#include "Platform/Foundation/PlainMoneyFormat.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,6 +49,10 @@ std::optional<std::string> NumberFormatter::currencyString(double value) const
     std::string tag = locale.value_or(Locale::current()).languageTag();
     if (tag == "en-US-POSIX")
         tag = "en-US"; // the fixed locale for dates has no customs for money
+    if (tag == "en-US") {
+        if (auto plain = plainCurrencyString(value, code.value_or("USD"), grouping))
+            return plain;
+    }
     IcuModule* const icu = loadModule<IcuModule>("icu");
     if (!icu)
         return plainAmount(value, code.value_or(""), grouping);

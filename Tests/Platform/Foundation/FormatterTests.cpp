@@ -4,6 +4,7 @@
 #include "Platform/Foundation/ModuleLoader.h"
 #include "Platform/Foundation/NumberFormatter.h"
 #include "Platform/Foundation/PlainDateFormat.h"
+#include "Platform/Foundation/PlainMoneyFormat.h"
 #include "Tests/Platform/Foundation/QuietTest.h"
 
 #include <cmath>
@@ -46,6 +47,27 @@ std::optional<std::string> money(double value, const char* locale, std::optional
     formatter.setLocale({ locale });
     formatter.setCurrencyCode(std::move(code));
     return formatter.currencyString(value);
+}
+
+TEST(NumberFormatter, writesAmericanAmountsWithoutIcuAsIcuDoes)
+{
+    auto* icu = loadModule<IcuModule>("icu");
+    ASSERT_TRUE(icu);
+    std::vector<double> values = { 0, -0.0, 0.005, 0.015, 1.005, 1.015, 2.5, 3.5, 0.125, 999.995, 999999.995, 1234.5, -1234.5,
+        -0.001, 99.999, 1e11, 123456789.12, 0.1 + 0.2, 1e-7 };
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> exponent(-3, 11.5);
+    for (int i = 0; i < 3000; ++i)
+        values.push_back(std::pow(10, exponent(random)) * (i % 2 ? 1 : -1));
+    for (const char* code : { "USD", "EUR", "GBP", "JPY", "CAD", "AUD", "INR", "KRW" }) {
+        for (const double value : values) {
+            for (const bool grouping : { true, false })
+                ASSERT_EQ(plainCurrencyString(value, code, grouping), icu->formatCurrency(value, "en-US", code, grouping))
+                    << value << code;
+        }
+    }
+    EXPECT_FALSE(plainCurrencyString(1, "CHF", true));
+    EXPECT_FALSE(plainCurrencyString(1e12, "USD", true));
 }
 
 } // namespace
