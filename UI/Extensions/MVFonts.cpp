@@ -59,10 +59,10 @@ MVFonts::MVFonts()
 
 void MVFonts::loadFont(const Bundle& bundle, const std::string& name) const
 {
-    auto bytes = bundle.contentsOfResource(name, "ttf");
-    if (!bytes)
+    const auto path = bundle.pathForResource(name, "ttf");
+    if (!path)
         return;
-    const auto graphicsFont = CTFontManager::graphicsFont(std::move(*bytes));
+    const auto graphicsFont = CTFontManager::graphicsFontOfFile(*path);
     if (!graphicsFont)
         return;
     if (!CTFontManager::registerGraphicsFont(graphicsFont))
