@@ -46,7 +46,7 @@ protected:
         service = std::make_shared<CannedService>(Scenario::parse(scenario, "https://media.example/", faults));
         ASSERT_EQ(faults, std::vector<std::string> {});
         service->install();
-        service->addDelegate(std::shared_ptr<MivoraDelegate>(std::shared_ptr<void>(), this), "test");
+        service->addDelegate(listener, "test");
     }
     void advance(double seconds) { MainQueue::shared().advance(clock, seconds); }
     std::shared_ptr<MVBroadcast> broadcast(const std::string& id)
@@ -87,6 +87,7 @@ protected:
     } installed { clock };
     std::shared_ptr<CannedService> service;
     std::vector<std::string> events;
+    const std::shared_ptr<MivoraDelegate> listener { this, [](MivoraDelegate*) {} }; // not owned
 };
 
 TEST_F(CannedServiceTest, answersListsByStatusOrderAndPage)
