@@ -2,6 +2,8 @@
 
 #include "Platform/UIKit/UILabel.h"
 
+#include <random>
+
 namespace platform {
 namespace {
 
@@ -239,6 +241,82 @@ TEST_F(LayoutRootTest, settlesWhatALayoutPassChanges)
     EXPECT_EQ(view->frame(), (CGRect { 0, 0, 320, 160 }));
     UIScreen::main().setGeometry({ 480, 320 }, {});
     EXPECT_EQ(view->frame(), (CGRect { 0, 0, 480, 240 }));
+}
+
+// Views, guides and constraints come, go, move, end and are excluded in any order; what is left is always placed as it says.
+TEST_F(LayoutRootTest, survivesAnySurgery)
+{
+    struct Node {
+        std::shared_ptr<UIView> view;
+        std::shared_ptr<NSLayoutConstraint> x, width;
+        NSLayoutConstraints cross; // that can always hold, to views anywhere
+    };
+    std::mt19937 random(7);
+    const auto pick = [&](std::size_t count) { return std::size_t(random() % count); };
+    std::vector<Node> nodes;
+    const auto anchor = [&](Node& node, UIView& parent) {
+        node.x = node.view->leadingAnchor().equalTo(parent.leadingAnchor(), double(pick(50)));
+        activate({ node.x, node.view->topAnchor().equalTo(parent.topAnchor(), 3) });
+    };
+    for (int step = 0; step < 4000; ++step) {
+        const auto parentOf = [&](const UIView* child) {
+            auto parent = nodes.empty() || pick(3) == 0 ? std::shared_ptr<UIView>(window) : nodes[pick(nodes.size())].view;
+            return !parent->isDescendant(*window) || (child && parent->isDescendant(*child)) ? window : parent;
+        };
+        Node* node = nodes.empty() ? nullptr : &nodes[pick(nodes.size())];
+        switch (nodes.size() < 10 ? 0 : pick(8)) {
+        case 0: {
+            Node added { addConstrained("view", parentOf(nullptr)), {}, {}, {} };
+            added.width = added.view->widthAnchor().equalToConstant(double(pick(90)));
+            activate({ added.width, added.view->heightAnchor().equalToConstant(5) });
+            anchor(added, *added.view->superview());
+            nodes.push_back(added);
+            break;
+        }
+        case 1: {
+            const auto parent = parentOf(node->view.get());
+            node->view->removeFromSuperview();
+            parent->addSubview(node->view);
+            anchor(*node, *parent);
+            break;
+        }
+        case 2:
+            node->view->removeFromSuperview();
+            break;
+        case 3: {
+            auto& other = *nodes[pick(nodes.size())].view;
+            node->cross.push_back(node->view->leftAnchor().lessThanOrEqualTo(other.rightAnchor(), 100000));
+            if (node->view->isDescendant(*window) && other.isDescendant(*window))
+                node->cross.back()->setActive(true);
+            break;
+        }
+        case 4:
+            NSLayoutConstraint::deactivate(node->cross);
+            node->view->setExcludedFromLayout(!node->view->isExcludedFromLayout());
+            break;
+        case 5:
+            node->width->setConstant(double(pick(90)));
+            break;
+        case 6: // ends, if nothing else holds it
+            node->view->removeFromSuperview();
+            nodes.erase(nodes.begin() + (node - nodes.data()));
+            break;
+        default:
+            makeFrame();
+            break;
+        }
+    }
+    for (const Node& node : nodes)
+        node.view->setExcludedFromLayout(false);
+    makeFrame();
+    std::size_t shown = 0;
+    for (const Node& node : nodes) {
+        if (!node.view->window() || !node.x->isActive())
+            continue;
+        ++shown;
+        EXPECT_EQ(node.view->frame(), (CGRect { node.x->constant(), 3, node.width->constant(), 5 }));
+    }
+    EXPECT_GT(shown, 5u);
 }
 
 } // namespace
