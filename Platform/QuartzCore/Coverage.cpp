@@ -108,6 +108,10 @@ Extent extentOf(const rows::RoundedRect& shape, int y, double insetX, double ins
     const CGAffineTransform& m = shape.toLocal;
     double low = -1e6, high = 1e6;
     const auto limit = [&](double perX, double start, double least, double most) {
+        if (least > most) { // thinner than the insets
+            high = low - 1;
+            return;
+        }
         if (std::abs(perX) < 1e-12) {
             if (start < least || start > most)
                 high = low - 1;
@@ -121,7 +125,9 @@ Extent extentOf(const rows::RoundedRect& shape, int y, double insetX, double ins
     const CGRect& r = shape.rect;
     limit(m.a, m.a * 0.5 + m.c * (y + 0.5) + m.tx, r.x + alongX, r.maxX() - alongX);
     limit(m.b, m.b * 0.5 + m.d * (y + 0.5) + m.ty, r.y + alongY, r.maxY() - alongY);
-    return { int(std::ceil(low)), std::max(int(std::floor(high)) + 1, int(std::ceil(low))) };
+    const auto bounded = [](double v) { return int(std::clamp(v, -1e6, 1e6)); };
+    const int from = bounded(std::ceil(low));
+    return { from, std::max(bounded(std::floor(high)) + 1, from) };
 }
 
 } // namespace

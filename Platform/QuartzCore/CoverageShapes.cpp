@@ -249,9 +249,9 @@ Coverage Coverage::ring(
     const auto computed = [&] {
         c.outer = PixelRect::around(transform.apply(rect).insetBy(-1, -1));
         c.slanted = slantedShape(transform, rect, radius, corners);
-        const CGRect hole = rect.insetBy(width, width);
-        if (!hole.isEmpty())
-            c.hole = slantedShape(transform, hole, std::max(radius - width, 0.0), corners);
+        const CGRect inside = rect.insetBy(width, width);
+        if (!inside.isEmpty())
+            c.hole = slantedShape(transform, inside, std::max(radius - width, 0.0), corners);
         return c;
     };
     const auto upright = UprightRect::make(transform, rect, radius, corners);

@@ -88,6 +88,8 @@ TEST(CompositorDrawing, roundedRectanglesHaveTheirShape)
         { "stretched corners", { 5, 5, 30, 30 }, 8, 15, CGAffineTransform::scale(2.5, 1.5) },
         { "turned", { 30, 10, 50, 40 }, 10, 15, CGAffineTransform::rotation(0.4) },
         { "turned far, one corner", { 20, -70, 50, 40 }, 15, 4, CGAffineTransform::rotation(1.4) },
+        { "turned, a pixel thin", { 30, 20, 60, 1 }, 0, 15, CGAffineTransform::rotation(0.3) },
+        { "turned, its corners meet", { 40, 10, 12, 60 }, 6, 15, CGAffineTransform::rotation(0.3) },
         { "skewed", { 10, 10, 50, 40 }, 10, 15, CGAffineTransform { 1, 0, 0.4, 1, 0, 0 } },
     };
     for (const Case& c : cases) {
