@@ -138,8 +138,8 @@ std::shared_ptr<UIView> makeCard(CGFloat cornerRadius)
 
 void renewCardColors(UIView& card)
 {
-    card.layer()->setShadowColor(MVColor::shadowColor().cgColor(card.traitCollection()));
-    card.layer()->setBorderColor(MVColor::seperatorColor().cgColor(card.traitCollection()));
+    card.layer()->setShadowColor(MVColor::shadowColor().cgColor());
+    card.layer()->setBorderColor(MVColor::seperatorColor().cgColor());
 }
 
 std::shared_ptr<UIView> makeProductCard(const std::string& picture, const std::string& title, double price)

@@ -2,6 +2,7 @@
 
 #include "Main/MivoraUI.h"
 #include "Platform/Foundation/MainQueue.h"
+#include "Platform/UIKit/UIScreen.h"
 #include "Showroom/Scenes/GalleryPieces.h"
 #include "UI/Extensions/GradientView.h"
 #include "UI/Extensions/MVBorders.h"
@@ -27,6 +28,8 @@ constexpr CGFloat avatarSide = 44;
 constexpr CGFloat letterSide = 40;
 constexpr CGFloat roomForProducts = 700; // points of height in one column
 constexpr CGFloat roomForLetters = 640;
+constexpr CGFloat widthForLetters = 330; // points of a column
+constexpr CGFloat roomForFlatHero = 350;
 constexpr double reactionInterval = 0.35; // seconds
 
 } // namespace
@@ -47,8 +50,16 @@ void GalleryViewController::viewDidLoad()
 
 void GalleryViewController::viewWillLayoutSubviews()
 {
-    applyOrientation();
-    chooseSections();
+    if (commonConstraints.front()->isActive())
+        return;
+    NSLayoutConstraint::activate(commonConstraints);
+    arrange(view()->bounds().size());
+}
+
+void GalleryViewController::viewWillTransition(CGSize size, UIViewControllerTransitionCoordinator& coordinator)
+{
+    UIViewController::viewWillTransition(size, coordinator);
+    arrange(size);
 }
 
 void GalleryViewController::viewDidLayoutSubviews()
@@ -108,25 +119,20 @@ void GalleryViewController::setUpViewsConstraints()
         secondColumn->leadingAnchor().equalTo(safe->centerXAnchor(), margin / 2),
         secondColumn->trailingAnchor().equalTo(safe->trailingAnchor(), -margin),
     };
-    NSLayoutConstraint::activate(commonConstraints);
 }
 
-void GalleryViewController::applyOrientation()
+// Before the view takes that size, so that no layout pass sees one orientation's constraints in the other's size.
+void GalleryViewController::arrange(CGSize size)
 {
-    const auto size = view()->bounds();
     const bool landscape = size.width > size.height;
-    const auto& chosen = landscape ? landscapeModeConstraints : portraitModeConstraints;
-    const auto& other = landscape ? portraitModeConstraints : landscapeModeConstraints;
-    if (other.front()->isActive())
-        NSLayoutConstraint::deactivate(other);
-    NSLayoutConstraint::activate(chosen);
-}
+    NSLayoutConstraint::deactivate(landscape ? portraitModeConstraints : landscapeModeConstraints);
+    NSLayoutConstraint::activate(landscape ? landscapeModeConstraints : portraitModeConstraints);
 
-void GalleryViewController::chooseSections()
-{
-    const auto room = view()->bounds().height - view()->safeAreaInsets().vertical();
-    const bool landscape = view()->bounds().width > view()->bounds().height;
-    lettersRow->setHidden(!landscape && room < roomForLetters);
+    const auto insets = UIScreen::main().safeAreaInsets();
+    const auto room = size.height - insets.vertical();
+    const auto columnWidth = (size.width - insets.horizontal()) / 2 - 1.5 * margin;
+    heroView->setHidden(landscape && room < roomForFlatHero);
+    lettersRow->setHidden(landscape ? columnWidth < widthForLetters : room < roomForLetters);
     productsRow->setHidden(!landscape && room < roomForProducts);
 }
 

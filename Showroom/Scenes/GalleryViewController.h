@@ -32,14 +32,14 @@ protected:
     // UIViewController
     void viewDidLoad() override;
     void viewWillLayoutSubviews() override;
+    void viewWillTransition(CGSize size, UIViewControllerTransitionCoordinator& coordinator) override;
     void viewDidLayoutSubviews() override;
     void traitCollectionDidChange(const UITraitCollection& previous) override;
 
 private:
     void setUpViews();
     void setUpViewsConstraints();
-    void applyOrientation();
-    void chooseSections();
+    void arrange(CGSize size);
     void sendReaction();
     void didPressJoinButton();
 

@@ -28,10 +28,10 @@ inline auto setLayerCornerRadius(CGFloat radius)
 {
     return Setter { [=](UIView& view) { view.layer()->setCornerRadius(radius); } };
 }
-// The colour as it is in the view's appearance now: whoever sets a dynamic one sets it again when the appearance changes.
+// The colour as it is in the present appearance: whoever sets a dynamic one sets it again when the appearance changes.
 inline auto setBorderLayerColor(const UIColor& color)
 {
-    return Setter { [=](UIView& view) { view.layer()->setBorderColor(color.cgColor(view.traitCollection())); } };
+    return Setter { [=](UIView& view) { view.layer()->setBorderColor(color.cgColor()); } };
 }
 inline auto setBorderLayerWidth(CGFloat width)
 {
