@@ -95,6 +95,18 @@ void HeadlessHost::drag(CGPoint from, CGPoint to, double seconds)
     advance(0);
 }
 
+void HeadlessHost::type(const std::string& text)
+{
+    UIApplication::shared().sendText(text);
+    pass(0);
+}
+
+void HeadlessHost::pressDelete()
+{
+    UIApplication::shared().sendDeleteBackward();
+    pass(0);
+}
+
 const Bitmap& HeadlessHost::pixels()
 {
     drawIfNeeded();

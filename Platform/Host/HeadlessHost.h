@@ -32,6 +32,10 @@ public:
     void tap(CGPoint point); // down and, 0.05 s later, up
     void drag(CGPoint from, CGPoint to, double seconds); // even steps, a frame each
 
+    // The keyboard's keys, for whoever is the first responder.
+    void type(const std::string& text); // UTF-8
+    void pressDelete();
+
     SimulatedDevice& device() { return device_; }
     void rotate(UIDeviceOrientation orientation) { device_.rotate(orientation); }
     void setAppearance(UIUserInterfaceStyle appearance) { device_.setAppearance(appearance); }

@@ -20,6 +20,7 @@ namespace platform {
 namespace {
 
 constexpr double frameLength = 1.0 / 60; // seconds
+constexpr char32_t backspace = 8;
 constexpr double forever = std::numeric_limits<double>::infinity();
 
 // The desktop shows a device at the window's own density, in the model's size.
@@ -93,9 +94,11 @@ void WindowHost::handle(const WindowEvent& event)
     case WindowEvent::Kind::key:
         if (event.command)
             handleCommand(event.key);
+        else if (event.key == backspace)
+            application.sendDeleteBackward();
         return;
     case WindowEvent::Kind::text:
-        return;
+        return application.sendText(event.text);
     case WindowEvent::Kind::resized:
         return followWindow();
     case WindowEvent::Kind::exposed:

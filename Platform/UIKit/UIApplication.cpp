@@ -112,4 +112,16 @@ void UIApplication::hide(UIWindow& window)
 
 void UIApplication::makeKey(UIWindow& window) { key = weak(&window); }
 
+void UIApplication::sendText(const std::string& text)
+{
+    if (const auto responder = firstResponder())
+        responder->insertText(text);
+}
+
+void UIApplication::sendDeleteBackward()
+{
+    if (const auto responder = firstResponder())
+        responder->deleteBackward();
+}
+
 } // namespace platform

@@ -6,6 +6,7 @@
 #include "Platform/UIKit/UITouch.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace platform {
@@ -44,6 +45,9 @@ public:
     // uppermost window that takes it; a change of an unknown touch does nothing.
     void sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);
     void cancelTouches(double timestamp);
+    // Typed on a keyboard: goes to the first responder, or nowhere when there is none.
+    void sendText(const std::string& text);
+    void sendDeleteBackward();
     // The frame's layout pass: everything marked, until nothing is.
     void layoutWindows();
     std::vector<std::shared_ptr<CALayer>> windowLayers() const; // for the frame's steps, back to front
@@ -51,7 +55,11 @@ public:
     void becomeActive();
 
 private:
+    friend class UIResponder;
     friend class UIWindow;
+
+    std::shared_ptr<UIResponder> firstResponder() const { return first.lock(); }
+    void setFirstResponder(UIResponder* responder) { first = WeakRef<UIResponder>(responder); }
 
     void show(UIWindow& window);
     void hide(UIWindow& window);
@@ -59,6 +67,7 @@ private:
 
     std::vector<WeakRef<UIWindow>> shown; // a window is kept by whoever made it
     WeakRef<UIWindow> key;
+    WeakRef<UIResponder> first;
     UIApplicationHost* host = nullptr;
     UIInterfaceOrientationMask supportedOrientations = UIInterfaceOrientationMask::all;
     bool idleTimerDisabled = false;

@@ -1,5 +1,7 @@
 #include "Platform/UIKit/UIResponder.h"
 
+#include "Platform/UIKit/UIApplication.h"
+
 namespace platform {
 
 namespace {
@@ -34,6 +36,41 @@ void UIResponder::touchesEnded(const UITouches& touches, const UIEvent& event)
 void UIResponder::touchesCancelled(const UITouches& touches, const UIEvent& event)
 {
     pass(*this, &UIResponder::touchesCancelled, touches, event);
+}
+
+bool UIResponder::becomeFirstResponder()
+{
+    if (!canBecomeFirstResponder())
+        return false;
+    auto& application = UIApplication::shared();
+    const auto present = application.firstResponder();
+    if (present.get() == this)
+        return true;
+    if (present && !present->resignFirstResponder())
+        return false;
+    application.setFirstResponder(this);
+    return true;
+}
+
+bool UIResponder::resignFirstResponder()
+{
+    if (isFirstResponder())
+        UIApplication::shared().setFirstResponder(nullptr);
+    return true;
+}
+
+bool UIResponder::isFirstResponder() const { return UIApplication::shared().firstResponder().get() == this; }
+
+void UIResponder::insertText(const std::string& text)
+{
+    if (auto* next = nextResponder())
+        next->insertText(text);
+}
+
+void UIResponder::deleteBackward()
+{
+    if (auto* next = nextResponder())
+        next->deleteBackward();
 }
 
 } // namespace platform

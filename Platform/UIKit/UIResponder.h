@@ -3,6 +3,7 @@
 #include "Platform/Foundation/NSObject.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace platform {
@@ -23,6 +24,15 @@ public:
     virtual void touchesMoved(const UITouches& touches, const UIEvent& event);
     virtual void touchesEnded(const UITouches& touches, const UIEvent& event);
     virtual void touchesCancelled(const UITouches& touches, const UIEvent& event);
+
+    // The first responder takes what is typed. There is one at most; it loses its role when it ends.
+    virtual bool canBecomeFirstResponder() const { return false; }
+    virtual bool becomeFirstResponder(); // false when it cannot, or the present one does not let go
+    virtual bool resignFirstResponder(); // true when it is not the first responder any more
+    bool isFirstResponder() const;
+    // Typed text, UTF-8, and the key that takes the last character back. What is not handled goes along the chain.
+    virtual void insertText(const std::string& text);
+    virtual void deleteBackward();
 };
 
 } // namespace platform

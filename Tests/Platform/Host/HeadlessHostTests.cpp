@@ -206,6 +206,47 @@ TEST_F(HeadlessHostTest, waitsForCountedJobs)
     worker.join();
 }
 
+class Typewriter final : public UIView {
+public:
+    bool canBecomeFirstResponder() const override { return true; }
+    bool resignFirstResponder() override { return mayLeave && UIView::resignFirstResponder(); }
+    void insertText(const std::string& text) override { paper += text; }
+    void deleteBackward() override { paper.pop_back(); }
+
+    std::string paper;
+    bool mayLeave = true;
+};
+
+TEST_F(HeadlessHostTest, typesForTheFirstResponderOnly)
+{
+    const auto one = add(make<Typewriter>(), { 0, 0, 10, 10 });
+    auto two = add(make<Typewriter>(), { 0, 20, 10, 10 });
+    host.type("nobody listens");
+    EXPECT_FALSE(window->becomeFirstResponder());
+    EXPECT_TRUE(one->becomeFirstResponder());
+    host.type("né");
+    host.type("w");
+    host.pressDelete();
+    EXPECT_EQ(one->paper, "né");
+
+    one->mayLeave = false;
+    EXPECT_FALSE(two->becomeFirstResponder());
+    one->mayLeave = true;
+    EXPECT_TRUE(two->becomeFirstResponder());
+    EXPECT_FALSE(one->isFirstResponder());
+    host.type("x");
+    EXPECT_EQ(two->paper, "x");
+    EXPECT_EQ(one->paper, "né");
+
+    two->removeFromSuperview();
+    two = nullptr;
+    host.type("the first responder has gone");
+    EXPECT_TRUE(one->becomeFirstResponder());
+    EXPECT_TRUE(one->resignFirstResponder());
+    host.pressDelete();
+    EXPECT_EQ(one->paper, "né");
+}
+
 class NamedController final : public UIViewController { };
 
 TEST_F(HeadlessHostTest, describesWhatIsOnTheScreen)
