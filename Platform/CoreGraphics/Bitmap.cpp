@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <sys/mman.h>
 #include <vector>
 
 namespace platform {
@@ -12,6 +13,7 @@ namespace {
 constexpr int maximumSide = 32767; // Cairo's and pixman's limit
 constexpr std::size_t rowAlignment = 64; // bytes; a cache line
 constexpr std::size_t smallestBlock = 4096;
+constexpr std::size_t hugePage = 2u << 20; // bytes
 constexpr int stepsPerDoubling = 4; // so that at most a fifth of a block is unused
 constexpr std::size_t mostKept = 96u << 20; // bytes; two tablet frames and the caches that may be dropped at once
 
@@ -43,6 +45,19 @@ SizeClass sizeClassFor(std::size_t bytes)
     return { exponent * stepsPerDoubling + steps, base + steps * step };
 }
 
+// Frames and pictures begin on a huge page and ask for such pages: their first touch takes one fault for 2 MiB instead of 512, and
+// passes over them miss fewer translations.
+std::uint8_t* allocate(std::size_t bytes)
+{
+    const bool isLarge = bytes >= hugePage;
+    auto* block = static_cast<std::uint8_t*>(std::aligned_alloc(isLarge ? hugePage : rowAlignment, bytes));
+#ifdef MADV_HUGEPAGE
+    if (block && isLarge)
+        madvise(block, bytes / hugePage * hugePage, MADV_HUGEPAGE); // a hint; the pages are there without it too
+#endif
+    return block;
+}
+
 std::uint8_t* takeBlock(const SizeClass& size)
 {
     auto& p = pool();
@@ -54,7 +69,7 @@ std::uint8_t* takeBlock(const SizeClass& size)
         blocks.pop_back();
         p.kept -= size.bytes;
     } else {
-        block = static_cast<std::uint8_t*>(std::aligned_alloc(rowAlignment, size.bytes));
+        block = allocate(size.bytes);
     }
     if (block)
         p.used += size.bytes;
