@@ -148,6 +148,20 @@ TEST_F(UIStackViewOnPage, leavesHiddenViewsOutInEveryDistribution)
     }
 }
 
+TEST_F(UIStackViewOnPage, aHiddenViewsOwnConstraintsDoNotPullOnOthers)
+{
+    const auto shown = add(30, 10), hidden = add(50, 10);
+    activate({ hidden->widthAnchor().equalToConstant(90), hidden->widthAnchor().equalTo(shown->widthAnchor()) });
+    lay();
+    EXPECT_EQ(along(), "0+90 90+90");
+    hidden->setHidden(true);
+    lay();
+    EXPECT_EQ(along(), "0+30");
+    hidden->setHidden(false);
+    lay();
+    EXPECT_EQ(along(), "0+90 90+90");
+}
+
 TEST_F(UIStackViewOnPage, dividesEquallyWhateverTheContent)
 {
     stack->setDistribution(Distribution::fillEqually);
