@@ -50,12 +50,14 @@ SizeClass sizeClassFor(std::size_t bytes)
 std::uint8_t* allocate(std::size_t bytes)
 {
     const bool isLarge = bytes >= hugePage;
-    auto* block = static_cast<std::uint8_t*>(std::aligned_alloc(isLarge ? hugePage : rowAlignment, bytes));
+    void* block = nullptr;
+    if (posix_memalign(&block, isLarge ? hugePage : rowAlignment, bytes) != 0)
+        return nullptr;
 #ifdef MADV_HUGEPAGE
-    if (block && isLarge)
+    if (isLarge)
         madvise(block, bytes / hugePage * hugePage, MADV_HUGEPAGE); // a hint; the pages are there without it too
 #endif
-    return block;
+    return static_cast<std::uint8_t*>(block);
 }
 
 std::uint8_t* takeBlock(const SizeClass& size)

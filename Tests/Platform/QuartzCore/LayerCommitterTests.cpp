@@ -368,12 +368,14 @@ TEST_F(LayerCommitterTest, snapsToWholePixelsWhatRoundingMovedOff)
         SCOPED_TRACE(c.why);
         layer->setPosition({ c.x, 0 });
         const auto made = LayerCommitter::commit({ root }, 1, 3, { 0, 0, 300, 600 });
+        ASSERT_EQ(made->items.size(), 1u);
         EXPECT_NEAR(made->items[0].transform.tx, c.pixels, 1e-9);
     }
     // A flipped table with flipped rows folds to a plain translation.
     layer->setTransform(CGAffineTransform::rotation(std::numbers::pi));
     root->setTransform(CGAffineTransform::rotation(std::numbers::pi));
-    const auto made = LayerCommitter::commit({ root }, 1, 3, { 0, 0, 300, 600 });
+    const auto made = LayerCommitter::commit({ root }, 1, 3, { 0, 0, 900, 1800 });
+    ASSERT_EQ(made->items.size(), 1u);
     EXPECT_EQ(made->items[0].transform.a, 3);
     EXPECT_EQ(made->items[0].transform.b, 0);
     EXPECT_EQ(made->items[0].transform.ty, std::round(made->items[0].transform.ty));
