@@ -38,21 +38,23 @@ bool writeScene(const CommandLine& line)
     return written;
 }
 
-// All scenes in both appearances, for who has no display.
+// All scenes on all devices in both appearances, for who has no display.
 int writePictures(CommandLine line)
 {
     const auto folder = std::filesystem::current_path() / "Pictures";
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     for (const auto& scene : allScenes()) {
-        for (const auto appearance : { UIUserInterfaceStyle::light, UIUserInterfaceStyle::dark }) {
-            line.scene = scene.name;
-            line.state.appearance = appearance;
-            line.pictureFile = folder
-                / (line.scene + "-" + line.device.name + (appearance == UIUserInterfaceStyle::dark ? "-dark" : "-light")
-                    + ".png");
-            if (!writeScene(line))
-                return 1;
+        for (const auto& device : { HostDevice::phone(), HostDevice::smallPhone(), HostDevice::tablet() }) {
+            for (const auto appearance : { UIUserInterfaceStyle::light, UIUserInterfaceStyle::dark }) {
+                line.scene = scene.name;
+                line.device = device;
+                line.state.appearance = appearance;
+                const char* ending = appearance == UIUserInterfaceStyle::dark ? "-dark.png" : "-light.png";
+                line.pictureFile = folder / (line.scene + "-" + device.name + ending);
+                if (!writeScene(line))
+                    return 1;
+            }
         }
     }
     std::printf("There is no display; pictures are in %s\n", folder.c_str());

@@ -4,7 +4,8 @@
 
 namespace bench {
 
-// The yardstick: the median processor time to copy one phone frame (1179x2556 pixels of 4 bytes) over another that is warm in the caches.
+// The yardstick: the median processor time to copy one phone frame (1179x2556 pixels of 4 bytes) over another that is warm in the
+// caches.
 double frameCopyMilliseconds();
 
 // What it costs to paint one whole frame of that size.

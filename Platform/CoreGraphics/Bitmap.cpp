@@ -45,8 +45,8 @@ SizeClass sizeClassFor(std::size_t bytes)
     return { exponent * stepsPerDoubling + steps, base + steps * step };
 }
 
-// Frames and pictures begin on a huge page and ask for such pages: their first touch takes one fault for 2 MiB instead of 512, and
-// passes over them miss fewer translations.
+// Frames and pictures begin on a huge page and ask for such pages: their first touch takes one fault for 2 MiB instead of 512,
+// and passes over them miss fewer translations.
 std::uint8_t* allocate(std::size_t bytes)
 {
     const bool isLarge = bytes >= hugePage;
