@@ -24,8 +24,8 @@ ShowroomApp::ShowroomApp(const DeviceState& state)
 
 ShowroomApp::~ShowroomApp()
 {
-    if (service_)
-        service_->stop();
+    if (service)
+        service->stop();
     mv::Mivora::install(nullptr);
     mv::MVVideoStreamService::install(nullptr);
 }
@@ -37,15 +37,12 @@ void ShowroomApp::show(std::shared_ptr<UIViewController> controller)
     window->makeKeyAndVisible();
 }
 
-CannedService& ShowroomApp::service()
+void ShowroomApp::installService()
 {
-    if (!service_) {
-        const auto& bundle = Bundle::mainBundle().bundlePath();
-        service_ = std::make_shared<CannedService>(
-            Scenario::load(bundle + "/Scenarios/shop.json", URL::fileURL(bundle).absoluteString() + "/"));
-        service_->install();
-    }
-    return *service_;
+    const auto& bundle = Bundle::mainBundle().bundlePath();
+    service = std::make_shared<CannedService>(
+        Scenario::load(bundle + "/Scenarios/shop.json", URL::fileURL(bundle).absoluteString() + "/"));
+    service->install();
 }
 
 } // namespace showroom

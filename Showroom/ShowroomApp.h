@@ -23,11 +23,11 @@ public:
     ~ShowroomApp();
 
     void show(std::shared_ptr<platform::UIViewController> controller);
-    // The service, playing the shop's scenario; installed at the first call.
-    CannedService& service();
+    // Makes the canned service, playing the shop's scenario, the kit's. Before the first screen that asks it.
+    void installService();
 
 private:
-    std::shared_ptr<CannedService> service_;
+    std::shared_ptr<CannedService> service;
     std::shared_ptr<platform::UIWindow> window;
 };
 

@@ -70,6 +70,7 @@ int openShop(const CommandLine& line)
         return writePictures(line);
     }
     ShowroomApp app(line.state);
+    app.installService();
     const auto gallery = make<GalleryViewController>();
     app.show(gallery);
     gallery->startReactions();

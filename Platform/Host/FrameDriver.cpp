@@ -35,10 +35,4 @@ bool FrameDriver::isMoving() const { return LayerCommitter::hasRunningAnimations
 
 double FrameDriver::nextFrameTime() const { return LayerCommitter::nextEventTime(); }
 
-void FrameDriver::invalidate()
-{
-    compositor.invalidate();
-    drawn = false;
-}
-
 } // namespace platform

@@ -22,7 +22,6 @@ public:
     double nextFrameTime() const;
     // The last frame; null before the first one.
     std::shared_ptr<const Bitmap> frame() const { return drawn ? compositor.frame() : nullptr; }
-    void invalidate();
 
 private:
     Compositor compositor;

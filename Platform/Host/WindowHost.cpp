@@ -12,6 +12,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
+#include <utility>
 
 extern char** environ;
 
@@ -186,8 +187,6 @@ void WindowHost::showFrame()
     if (std::exchange(exposed, false))
         shown = { frame->bounds() };
     window->present(frame->row(0), frame->stride(), frame->width(), frame->height(), shown);
-    if (!std::exchange(shownOnce, true) && onFirstFrame)
-        onFirstFrame();
 }
 
 void WindowHost::sleep() const

@@ -6,7 +6,6 @@
 #include "Platform/Host/SimulatedDevice.h"
 #include "Platform/UIKit/UIApplication.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -25,8 +24,6 @@ public:
     // sleeps.
     void run();
     void stop() { running = false; }
-    // Called after the first complete frame has been shown.
-    std::function<void()> onFirstFrame;
 
     SimulatedDevice& device() { return device_; }
 
@@ -49,7 +46,6 @@ private:
     bool running = true;
     bool visible = true;
     bool exposed = false; // everything has to be shown again
-    bool shownOnce = false;
 };
 
 } // namespace platform

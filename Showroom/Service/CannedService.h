@@ -29,10 +29,8 @@ public:
 
     // Every call of the kit in its order, for example "getBroadcasts live 30 0", "b1 startWatching".
     const std::vector<std::string>& callLog() const { return calls; }
-    void clearCallLog() { calls.clear(); }
     // From now on an operation answers by this script.
     void setScript(const std::string& operation, OperationScript script) { scenario.operations[operation] = std::move(script); }
-    void setRole(mv::MVCurrentUserType role) { scenario.role = role; }
     // Makes something happen now, as the timeline would.
     void play(const ScenarioEvent& event);
 
