@@ -5,7 +5,23 @@
 #include "Platform/QuartzCore/ListPainter.h"
 #include "Platform/QuartzCore/PixelCache.h"
 
+#include <cstring>
+
 namespace platform {
+
+namespace {
+
+// In the order in which no row is overwritten before it was read.
+void movePixels(Bitmap& frame, const PixelMove& move)
+{
+    const PixelRect& from = move.from;
+    for (int i = 0; i < from.height; ++i) {
+        const int y = move.dy > 0 ? from.maxY() - 1 - i : from.y + i;
+        std::memmove(frame.row(y + move.dy) + from.x + move.dx, frame.row(y) + from.x, std::size_t(from.width) * 4);
+    }
+}
+
+} // namespace
 
 struct Compositor::Impl {
     std::shared_ptr<Bitmap> frame;
@@ -43,6 +59,10 @@ FrameChange Compositor::composite(const std::shared_ptr<const RenderList>& list)
     changes.compare(impl->shown.get(), *list);
     FrameChange change;
     change.damage = impl->shown ? disjointDamage(changes.changed(), screen) : std::vector<PixelRect> { screen };
+    for (const ScrollMove& move : changes.moves()) {
+        change.moves.push_back({ move.moved(move.clip).offsetBy(-move.dx, -move.dy), move.dx, move.dy });
+        movePixels(*impl->frame, change.moves.back());
+    }
     ListPainter painter(*list, screen, impl->cache);
     const Surface surface(*impl->frame, 0, 0);
     for (const PixelRect& damaged : change.damage)

@@ -57,6 +57,7 @@ private:
     void addPicture(const LayerLook& look, const Place& place, const Place& inside, const std::shared_ptr<const CGImage>& image,
         const CGRect& rect, double opacity, Role role);
     void addShape(const LayerLook& look, const Place& place);
+    void addScrolled(const LayerLook& look, const Place& inside);
     void addSublayers(const LayerLook& look, const Place& inside);
 
     RenderItem* addItem(const LayerLook& look, const Place& place, Role role, const CGRect& rect, const CGRect& touched);

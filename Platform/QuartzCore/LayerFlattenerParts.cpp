@@ -14,6 +14,16 @@ namespace {
 
 bool isSeen(const std::optional<CGColor>& color) { return color && !color->isClear(); }
 
+// The corner radius of a path that is nothing but that rectangle, whose shadow is exact and shared by all sizes.
+std::optional<double> boxRadius(const CGPath& path, const CGRect& rect)
+{
+    const auto& elements = path.elements();
+    if (elements.empty() || elements.front().verb != CGPath::Verb::move)
+        return {};
+    const double radius = elements.front().points[2].x - rect.x;
+    return path == *CGPath::roundedRect(rect, radius) ? std::optional(radius) : std::nullopt;
+}
+
 std::vector<double> locationsFor(const GradientValues& gradient)
 {
     if (!gradient.locations.empty())
@@ -47,9 +57,23 @@ void LayerFlattener::addContent(const LayerLook& look, const Place& place)
     if (layer.kind() == CALayer::Kind::shape)
         addShape(look, inside);
     if (!layer.sublayers_.empty() && !inside.clip.isEmpty())
-        addSublayers(look, inside);
+        addScrolled(look, inside);
     if (borderIsOnTop)
         addBorder(look, place);
+}
+
+// Notes which items are the layer's insides, so that the compositor can move their pixels when its bounds origin changes.
+void LayerFlattener::addScrolled(const LayerLook& look, const Place& inside)
+{
+    if (!look.layer.masksToBounds_ || inside.clipIndex >= 0)
+        return addSublayers(look, inside);
+    const std::size_t first = inside.list.items.size(), index = inside.list.scrolls.size();
+    const CGPoint origin = look.values.sublayersToBounds().then(inside.toPixels).apply(CGPoint {});
+    inside.list.scrolls.push_back({ look.layer.id(), inside.clip, origin, first, first });
+    addSublayers(look, inside);
+    inside.list.scrolls[index].end = inside.list.items.size();
+    if (inside.list.items.size() == first)
+        inside.list.scrolls.resize(index);
 }
 
 void LayerFlattener::addShadow(const LayerLook& look, const Place& place)
@@ -65,6 +89,11 @@ void LayerFlattener::addShadow(const LayerLook& look, const Place& place)
     shadow.color.alpha *= std::min(values.shadowOpacity, 1.0);
     if (values.shadowPath)
         item->cornerRadius = 0;
+    if (const auto radius = values.shadowPath ? boxRadius(*values.shadowPath, caster) : std::nullopt) {
+        shadow.path = nullptr;
+        item->cornerRadius = *radius;
+        item->corners = allCorners;
+    }
     item->content = std::move(shadow);
 }
 

@@ -1,5 +1,6 @@
 #include "Platform/QuartzCore/ListChanges.h"
 
+#include "Platform/QuartzCore/ItemLooks.h"
 #include "Platform/QuartzCore/ListPainter.h"
 #include "Platform/QuartzCore/PixelCache.h"
 
@@ -13,46 +14,6 @@ namespace platform {
 namespace {
 
 PixelRect grownBy(const PixelRect& r, int by) { return { r.x - by, r.y - by, r.width + 2 * by, r.height + 2 * by }; }
-
-bool sameClips(const RenderList& a, int clipA, const RenderList& b, int clipB)
-{
-    const auto isClip = [](const RenderList& list, int clip) { return clip >= 0 && std::size_t(clip) < list.clips.size(); };
-    for (std::size_t steps = 0; isClip(a, clipA) && isClip(b, clipB) && steps <= a.clips.size(); ++steps) {
-        RenderClip clip = a.clips[std::size_t(clipA)], other = b.clips[std::size_t(clipB)];
-        clipA = std::exchange(clip.parent, -1);
-        clipB = std::exchange(other.parent, -1);
-        if (clip != other)
-            return false;
-    }
-    return !isClip(a, clipA) && !isClip(b, clipB);
-}
-
-// All but what a group holds.
-bool looksAlike(const RenderItem& a, const RenderItem& b)
-{
-    if (a.bounds != b.bounds || a.opacity != b.opacity || a.transform != b.transform || a.rect != b.rect
-        || a.cornerRadius != b.cornerRadius || a.corners != b.corners || a.content.index() != b.content.index())
-        return false;
-    return std::visit(
-        [&](const auto& content) {
-            using Content = std::decay_t<decltype(content)>;
-            const auto& other = std::get<Content>(b.content);
-            if constexpr (std::is_same_v<Content, RenderGroup>)
-                return content.shadow == other.shadow && !content.mask == !other.mask && !content.content == !other.content;
-            else
-                return content == other;
-        },
-        a.content);
-}
-
-bool holdsBackdrop(const RenderList& list)
-{
-    return std::any_of(list.items.begin(), list.items.end(), [](const RenderItem& item) {
-        const auto* group = std::get_if<RenderGroup>(&item.content);
-        return std::holds_alternative<RenderBackdrop>(item.content)
-            || (group && group->content && holdsBackdrop(*group->content));
-    });
-}
 
 // The index in the list before of each item of the list now, -1 for a new one. Most frames keep most of the order.
 std::vector<int> placesBefore(const RenderList& before, const RenderList& now)
@@ -95,7 +56,8 @@ void ListChanges::compare(const RenderList* before, const RenderList& now)
 
 bool ListChanges::touches(const PixelRect& r) const
 {
-    return std::any_of(changed_.begin(), changed_.end(), [&](const PixelRect& c) { return c.intersects(r); });
+    const auto touchesIt = [&](const PixelRect& c) { return c.intersects(r); };
+    return std::any_of(changed_.begin(), changed_.end(), touchesIt) || std::any_of(moved_.begin(), moved_.end(), touchesIt);
 }
 
 void ListChanges::compareLists(const RenderList* before, const RenderList& now, std::uint64_t path)
@@ -103,6 +65,9 @@ void ListChanges::compareLists(const RenderList* before, const RenderList& now, 
     if (before == &now && !holdsBackdrop(now))
         return;
     const auto places = before ? placesBefore(*before, now) : std::vector<int>(now.items.size(), -1);
+    const bool isRoot = path == rootPath;
+    if (before && isRoot)
+        findMoves(*before, now, places);
     if (before) {
         std::vector<bool> stays(before->items.size());
         for (int place : places) {
@@ -111,12 +76,26 @@ void ListChanges::compareLists(const RenderList* before, const RenderList& now, 
         }
         for (std::size_t i = 0; i < stays.size(); ++i) {
             if (!stays[i])
-                changed_.push_back(before->items[i].bounds);
+                addBefore(before->items[i], isRoot ? moveOf(i, &ScrollMove::before) : nullptr);
         }
         addReordered(*before, now, places);
     }
-    for (std::size_t i = 0; i < now.items.size(); ++i)
-        compareItem(before, places[i] < 0 ? nullptr : &before->items[std::size_t(places[i])], now, now.items[i], path);
+    std::size_t nextMove = 0;
+    for (std::size_t i = 0; i < now.items.size(); ++i) {
+        const RenderItem* old = places[i] < 0 ? nullptr : &before->items[std::size_t(places[i])];
+        if (!isRoot || moves_.empty()) {
+            compareItem(before, old, now, now.items[i], path);
+            continue;
+        }
+        if (nextMove < moves_.size() && i == moves_[nextMove].now.first)
+            moved_.push_back(moves_[nextMove++].clip); // for the backdrops in it and in front of it
+        const ScrollMove* move = moveOf(i, &ScrollMove::now);
+        const ScrollMove* oldMove = old ? moveOf(std::size_t(places[i]), &ScrollMove::before) : move;
+        if (!move && !oldMove)
+            compareItem(before, old, now, now.items[i], path);
+        else
+            compareMoved(before, old, now, now.items[i], move, oldMove);
+    }
 }
 
 // Two items that changed places damage what they have in common.
@@ -150,7 +129,7 @@ void ListChanges::addReordered(const RenderList& before, const RenderList& now, 
 void ListChanges::compareItem(
     const RenderList* before, const RenderItem* old, const RenderList& now, const RenderItem& item, std::uint64_t path)
 {
-    bool isNew = !old || !looksAlike(*old, item) || !sameClips(*before, old->clip, now, item.clip);
+    bool isNew = !old || !looksAlike(*before, *old, now, item);
     if (std::holds_alternative<RenderBackdrop>(item.content)) {
         // Its blur is of everything changed so far, which is what lies behind it.
         const bool sees = touches(grownBy(item.bounds, backdropReach(item, screen)));
@@ -167,6 +146,55 @@ void ListChanges::compareItem(
     }
     if (std::holds_alternative<RenderGroup>(item.content))
         compareGroup(isNew ? nullptr : old, item, pathBelow(path, item.key));
+}
+
+// An item inside something that scrolls now, or did before.
+void ListChanges::compareMoved(const RenderList* before, const RenderItem* old, const RenderList& now, const RenderItem& item,
+    const ScrollMove* move, const ScrollMove* oldMove)
+{
+    if (old && move == oldMove && looksAlikeMoved(*before, *old, now, item, *move))
+        return;
+    if (std::holds_alternative<RenderBackdrop>(item.content)) {
+        PixelKey key(PixelKey::backdrop);
+        cache.erase(key.add(pathBelow(rootPath, item.key)));
+    }
+    if (old)
+        addBefore(*old, oldMove);
+    changed_.push_back(item.bounds);
+    if (std::holds_alternative<RenderGroup>(item.content))
+        compareGroup(nullptr, item, pathBelow(rootPath, item.key));
+}
+
+// Where an item was, or where its pixels have gone.
+void ListChanges::addBefore(const RenderItem& old, const ScrollMove* move)
+{
+    changed_.push_back(move ? move->moved(old.bounds) : old.bounds);
+}
+
+const ScrollMove* ListChanges::moveOf(std::size_t item, ItemRange ScrollMove::*range) const
+{
+    for (const ScrollMove& move : moves_) {
+        if ((move.*range).holds(item))
+            return &move;
+    }
+    return nullptr;
+}
+
+void ListChanges::findMoves(const RenderList& before, const RenderList& now, const std::vector<int>& places)
+{
+    for (ScrollMove& move : scrollMoves(before, now)) {
+        const auto crosses = [&](const ScrollMove& other) { return other.clip.intersects(move.clip); };
+        if (std::any_of(moves_.begin(), moves_.end(), crosses))
+            continue;
+        const auto repainted = standingStill(before, now, places, move);
+        long pixels = 0;
+        for (const PixelRect& r : repainted)
+            pixels += r.area();
+        if (pixels > move.clip.area() / 2)
+            continue; // painting all of it is as cheap
+        changed_.insert(changed_.end(), repainted.begin(), repainted.end());
+        moves_.push_back(move);
+    }
 }
 
 void ListChanges::compareGroup(const RenderItem* old, const RenderItem& item, std::uint64_t path)

@@ -99,9 +99,18 @@ struct RenderItem {
     std::variant<RenderBox, RenderImage, RenderGradient, RenderShape, RenderShadow, RenderBackdrop, RenderGroup> content;
 };
 
+// What a clipping layer shows inside its bounds, cut by nothing but an upright clip: items that move together when it scrolls.
+struct RenderScroll {
+    std::uint64_t key = 0; // the layer
+    PixelRect clip;
+    CGPoint origin; // where the zero point of what is inside lies, device pixels
+    std::size_t first = 0, end = 0; // its items
+};
+
 struct RenderList {
     std::vector<RenderItem> items; // back to front
     std::vector<RenderClip> clips;
+    std::vector<RenderScroll> scrolls; // an outer one before those inside it
     CGAffineTransform toPixels; // screen points to device pixels
 };
 

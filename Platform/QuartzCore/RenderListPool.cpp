@@ -22,6 +22,7 @@ void RenderListPool::GiveBack::operator()(RenderList* list) const
     std::unique_ptr<RenderList> owned(list);
     owned->items.clear();
     owned->clips.clear();
+    owned->scrolls.clear();
     if (freeLists().size() < kept)
         freeLists().push_back(std::move(owned));
 }

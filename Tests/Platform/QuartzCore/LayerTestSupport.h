@@ -20,7 +20,7 @@ inline void PrintTo(const CGRect& r, std::ostream* out) { *out << r.x << ' ' << 
 inline void PrintTo(const CGPoint& p, std::ostream* out) { *out << p.x << ' ' << p.y; }
 
 // A screen of 100 by 200 points at 2 pixels a point, whose frames are made by hand.
-class LayerScreen : public testing::Test {
+class LayerScreen : public ::testing::Test {
 protected:
     static constexpr double scale = 2;
     static constexpr PixelRect pixels { 0, 0, 200, 400 };
