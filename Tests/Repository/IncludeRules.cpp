@@ -26,6 +26,7 @@ constexpr std::array boxes {
     Box { "Platform/EventKit/", 7 },
     Box { "Platform/SafariServices/", 7 },
     Box { "Platform/Host/", 8 },
+    Box { "Resources/", 9 },
     Box { "Service/", 9 },
     Box { "UI/Extensions/", 10 },
     Box { "UI/Utils/", 10 },
