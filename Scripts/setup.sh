@@ -5,11 +5,13 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 fonts=$(find /usr/share/fonts /usr/local/share/fonts -name '*.[ot]tf' -printf '/%f\n' 2>/dev/null || true)
+plugins=$(pkg-config --variable=pluginsdir gstreamer-1.0 2>/dev/null || true)
 
 is_there() {
     case $1 in
         command:*) command -v "${1#*:}" >/dev/null ;;
         library:*) pkg-config --exists "${1#*:}" 2>/dev/null ;;
+        plugin:*) [[ -e $plugins/libgst${1#*:}.so ]] ;;
         font:*) [[ $fonts == *"/${1#*:}"* ]] ;;
         *) echo "packages.txt: unknown check $1" >&2 && exit 2 ;;
     esac

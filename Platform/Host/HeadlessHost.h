@@ -37,6 +37,7 @@ public:
     void pressDelete();
 
     SimulatedDevice& device() { return device_; }
+    const SimulatedDevice& device() const { return device_; }
     void rotate(UIDeviceOrientation orientation) { device_.rotate(orientation); }
     void setAppearance(UIUserInterfaceStyle appearance) { device_.setAppearance(appearance); }
     void setDirection(UIUserInterfaceLayoutDirection direction) { device_.setDirection(direction); }

@@ -1,5 +1,7 @@
 #include "Platform/Host/HostDevice.h"
 
+#include <algorithm>
+
 namespace platform {
 
 HostDevice HostDevice::phone()
@@ -30,6 +32,18 @@ HostDevice HostDevice::tablet()
         .scale = 2,
         .portraitSafeArea = { 24, 0, 20, 0 },
         .landscapeSafeArea = { 24, 0, 20, 0 } };
+}
+
+HostDevice HostDevice::window(CGSize size, CGFloat scale)
+{
+    constexpr CGFloat smallestTablet = 600; // points
+    const auto [shorter, longer] = std::minmax(size.width, size.height);
+    return { .name = "window",
+        .idiom = shorter < smallestTablet ? UIUserInterfaceIdiom::phone : UIUserInterfaceIdiom::pad,
+        .portraitSize = { shorter, longer },
+        .scale = scale,
+        .portraitSafeArea = {},
+        .landscapeSafeArea = {} };
 }
 
 std::optional<HostDevice> HostDevice::named(std::string_view name)

@@ -21,6 +21,9 @@ struct HostDevice {
     static HostDevice phone();
     static HostDevice smallPhone();
     static HostDevice tablet();
+    // What a desktop window of that size stands for: a phone, or a tablet when its shorter side has 600 points or more. Nothing
+    // of it lies under a camera or a home indicator, so all of it is safe.
+    static HostDevice window(CGSize size, CGFloat scale);
     static std::optional<HostDevice> named(std::string_view name); // "phone", "small", "tablet"
 };
 

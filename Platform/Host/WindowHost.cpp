@@ -22,6 +22,8 @@ namespace {
 
 constexpr double frameLength = 1.0 / 60; // seconds
 constexpr char32_t backspace = 8;
+constexpr char32_t tab = 9;
+constexpr char32_t enter = 13;
 constexpr double forever = std::numeric_limits<double>::infinity();
 
 // The desktop shows a device at the window's own density, in the model's size.
@@ -29,6 +31,12 @@ HostDevice onDesktop(HostDevice model, const NativeWindow& window)
 {
     model.scale = std::clamp(window.density(), 1.0, 4.0);
     return model;
+}
+
+// Within what a window system rounds at a fractional density.
+bool isAbout(CGSize one, CGSize other)
+{
+    return std::abs(one.width - other.width) < 1 && std::abs(one.height - other.height) < 1;
 }
 
 } // namespace
@@ -66,7 +74,7 @@ void WindowHost::run()
         MainQueue::shared().run(clock.now());
         if (visible && clock.now() >= nextFrame)
             showFrame();
-        if (running)
+        if (running && !window->hasEvents())
             sleep();
     }
 }
@@ -92,16 +100,17 @@ void WindowHost::handle(const WindowEvent& event)
         return touch(UITouchPhase::moved);
     case WindowEvent::Kind::touchUp:
         return touch(UITouchPhase::ended);
-    case WindowEvent::Kind::key:
-        if (event.command)
-            handleCommand(event.key);
-        else if (event.key == backspace)
-            application.sendDeleteBackward();
+    case WindowEvent::Kind::touchesLost:
+        return application.cancelTouches(clock.now());
+    case WindowEvent::Kind::wheel:
         return;
+    case WindowEvent::Kind::key:
+        return event.command ? handleCommand(event.key) : handleKey(event.key);
     case WindowEvent::Kind::text:
         return application.sendText(event.text);
     case WindowEvent::Kind::resized:
-        return followWindow();
+        resized = true; // however many sizes come between two frames, one is laid out
+        return;
     case WindowEvent::Kind::exposed:
         exposed = true;
         return;
@@ -118,6 +127,15 @@ void WindowHost::handle(const WindowEvent& event)
         running = false;
         return;
     }
+}
+
+void WindowHost::handleKey(char32_t key)
+{
+    auto& application = UIApplication::shared();
+    if (key == backspace)
+        application.sendDeleteBackward();
+    else if (key == enter || key == tab)
+        application.sendText(key == enter ? "\n" : "\t");
 }
 
 void WindowHost::handleCommand(char32_t key)
@@ -149,25 +167,26 @@ void WindowHost::handleCommand(char32_t key)
 // The viewer has drawn the window to another size: the device takes it.
 void WindowHost::followWindow()
 {
-    const auto size = window->size();
+    resized = false;
     exposed = true;
-    if (size == device_.size() || size.isEmpty())
+    const auto size = window->size();
+    if (size.isEmpty() || isAbout(size, device_.size()))
         return;
-    auto model = onDesktop(device_.model(), *window);
-    model.portraitSize = { std::min(size.width, size.height), std::max(size.width, size.height) };
     if ((size.width > size.height) != device_.isLandscape())
         device_.rotate(size.width > size.height ? UIDeviceOrientation::landscapeLeft : UIDeviceOrientation::portrait, 0);
-    device_.setModel(std::move(model));
+    device_.setModel(onDesktop(HostDevice::window(size, 1), *window));
 }
 
 void WindowHost::fitWindow()
 {
-    if (window->size() != device_.size())
+    if (!isAbout(window->size(), device_.size()))
         window->resize(device_.size());
 }
 
 void WindowHost::showFrame()
 {
+    if (resized)
+        followWindow();
     driver.setScreen(device_.pixelWidth(), device_.pixelHeight(), device_.model().scale);
     const bool due = driver.needsFrame() || driver.nextFrameTime() <= clock.now();
     if (!due && !exposed)
@@ -194,7 +213,7 @@ void WindowHost::sleep() const
     const double now = clock.now();
     double wake = MainQueue::shared().nextDeadline().value_or(forever);
     if (visible) {
-        if (driver.needsFrame() || exposed)
+        if (driver.needsFrame() || exposed || resized)
             wake = std::min(wake, nextFrame);
         wake = std::min(wake, std::max(driver.nextFrameTime(), nextFrame));
     }

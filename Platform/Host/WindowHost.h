@@ -11,8 +11,9 @@
 
 namespace platform {
 
-// A host with a window on the desktop, real time, mouse, fingers and keys. With Control (or the command key) held, R turns the
-// device, D changes between light and dark, L the direction, T between phone and tablet, Q closes the window. Main thread.
+// A host with a window on the desktop, real time, mouse, fingers, wheel and keys. With Control (or the command key) held, R turns
+// the device, D changes between light and dark, L the direction, T between phone and tablet, Q closes the window. Drawn to
+// another size, the window becomes a device of that size. Main thread.
 class WindowHost final : private UIApplicationHost {
 public:
     // Null when there is no display; `problem` then says why.
@@ -30,8 +31,9 @@ public:
 private:
     WindowHost(std::unique_ptr<NativeWindow> window, HostDevice model, const DeviceState& state);
     bool open(const URL& url) override;
-    void setIdleTimerDisabled(bool) override { }
+    void setIdleTimerDisabled(bool disabled) override { window->keepAwake(disabled); }
     void handle(const WindowEvent& event);
+    void handleKey(char32_t key);
     void handleCommand(char32_t key);
     void followWindow();
     void fitWindow();
@@ -46,6 +48,7 @@ private:
     bool running = true;
     bool visible = true;
     bool exposed = false; // everything has to be shown again
+    bool resized = false; // the device has to take the window's size before the next frame
 };
 
 } // namespace platform

@@ -5,7 +5,12 @@
 #include <SDL.h>
 #include <SDL_syswm.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
+#include <map>
 #include <optional>
 
 namespace platform {
@@ -16,9 +21,16 @@ struct WindowDeleter {
     void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
 };
 
+constexpr double wheelStep = 60; // points a notch of a wheel
+constexpr int smallestSide = 240; // points of a window
+
 std::optional<WindowEvent> touchEvent(WindowEvent::Kind kind, int finger, CGPoint point)
 {
-    return WindowEvent { .kind = kind, .finger = finger, .point = point, .key = 0, .command = false, .text = {} };
+    WindowEvent event;
+    event.kind = kind;
+    event.finger = finger;
+    event.point = point;
+    return event;
 }
 
 std::optional<WindowEvent> plainEvent(WindowEvent::Kind kind) { return touchEvent(kind, 0, {}); }
@@ -36,6 +48,8 @@ std::optional<WindowEvent> windowEvent(const SDL_WindowEvent& event)
     case SDL_WINDOWEVENT_RESTORED:
     case SDL_WINDOWEVENT_SHOWN:
         return plainEvent(WindowEvent::Kind::shown);
+    case SDL_WINDOWEVENT_FOCUS_LOST:
+        return plainEvent(WindowEvent::Kind::touchesLost);
     case SDL_WINDOWEVENT_CLOSE:
         return plainEvent(WindowEvent::Kind::closed);
     default:
@@ -43,11 +57,35 @@ std::optional<WindowEvent> windowEvent(const SDL_WindowEvent& event)
     }
 }
 
+std::optional<SDL_SysWMinfo> systemInfo(SDL_Window* window)
+{
+    SDL_SysWMinfo info;
+    SDL_VERSION(&info.version);
+    return SDL_GetWindowWMInfo(window, &info) ? std::optional(info) : std::nullopt;
+}
+
+// X11 knows pixels only; the user's setting for texts ("Xft.dpi", 96 being plain) says how many a point has.
+double unitsPerPoint(SDL_Window* window)
+{
+#if defined(SDL_VIDEO_DRIVER_X11)
+    const auto info = systemInfo(window);
+    if (info && info->subsystem == SDL_SYSWM_X11) {
+        const char* setting = XGetDefault(info->info.x11.display, "Xft", "dpi");
+        const double dots = setting ? std::atof(setting) : 0;
+        return dots > 0 ? std::clamp(std::round(dots / 96 * 4) / 4, 1.0, 4.0) : 1;
+    }
+#endif
+    return 1;
+}
+
 class SdlWindow final : public NativeWindow {
 public:
     explicit SdlWindow(SDL_Window* window)
         : window(window)
+        , units(unitsPerPoint(window))
     {
+        const int least = int(smallestSide * units);
+        SDL_SetWindowMinimumSize(window, least, least);
     }
     ~SdlWindow() override
     {
@@ -59,7 +97,7 @@ public:
     {
         int width = 0, height = 0;
         SDL_GetWindowSize(window.get(), &width, &height);
-        return { double(width), double(height) };
+        return { width / units, height / units };
     }
 
     double density() const override
@@ -70,7 +108,10 @@ public:
         return width > 0 && pixels > 0 ? pixels / width : 1;
     }
 
-    void resize(CGSize size) override { SDL_SetWindowSize(window.get(), int(size.width), int(size.height)); }
+    void resize(CGSize size) override
+    {
+        SDL_SetWindowSize(window.get(), int(std::lround(size.width * units)), int(std::lround(size.height * units)));
+    }
 
     std::vector<WindowEvent> takeEvents() override
     {
@@ -83,18 +124,23 @@ public:
         return events;
     }
 
+    bool hasEvents() override { return SDL_PollEvent(nullptr) == 1; }
+
     int descriptor() const override
     {
-        SDL_SysWMinfo info;
-        SDL_VERSION(&info.version);
-        if (!SDL_GetWindowWMInfo(window.get(), &info))
-            return -1;
+        const auto info = systemInfo(window.get());
 #if defined(SDL_VIDEO_DRIVER_X11)
-        if (info.subsystem == SDL_SYSWM_X11)
-            return XConnectionNumber(info.info.x11.display);
+        if (info && info->subsystem == SDL_SYSWM_X11)
+            return XConnectionNumber(info->info.x11.display);
+#endif
+#if defined(SDL_VIDEO_DRIVER_WAYLAND)
+        if (info && info->subsystem == SDL_SYSWM_WAYLAND)
+            return waylandDescriptor(info->info.wl.display);
 #endif
         return -1;
     }
+
+    void keepAwake(bool awake) override { awake ? SDL_DisableScreenSaver() : SDL_EnableScreenSaver(); }
 
     void present(const std::uint32_t* pixels, int stride, int width, int height, const std::vector<PixelRect>& damage) override
     {
@@ -102,24 +148,30 @@ public:
         if (!surface || surface->format->BytesPerPixel != 4)
             return;
         const PixelRect whole { 0, 0, std::min(width, surface->w), std::min(height, surface->h) };
+        const bool isNew = surface->pixels != shownIn || whole != shownPart; // after a resize it holds nothing
+        shownIn = surface->pixels;
+        shownPart = whole;
         std::vector<SDL_Rect> shown;
-        for (const auto& rect : damage) {
+        const auto show = [&](const PixelRect& rect) {
             const auto part = rect.intersection(whole);
             if (part.isEmpty())
-                continue;
-            SDL_Rect area { part.x, part.y, part.width, part.height };
+                return;
             const auto* from = reinterpret_cast<const std::uint8_t*>(pixels) + std::ptrdiff_t(part.y) * stride + part.x * 4;
             auto* to = static_cast<std::uint8_t*>(surface->pixels) + std::ptrdiff_t(part.y) * surface->pitch + part.x * 4;
             SDL_ConvertPixels(
                 part.width, part.height, SDL_PIXELFORMAT_RGB888, from, stride, surface->format->format, to, surface->pitch);
-            shown.push_back(area);
-        }
+            shown.push_back({ part.x, part.y, part.width, part.height });
+        };
+        if (isNew)
+            show(whole);
+        else
+            std::for_each(damage.begin(), damage.end(), show);
         if (!shown.empty())
             SDL_UpdateWindowSurfaceRects(window.get(), shown.data(), int(shown.size()));
     }
 
 private:
-    std::optional<WindowEvent> translate(const SDL_Event& event) const
+    std::optional<WindowEvent> translate(const SDL_Event& event)
     {
         switch (event.type) {
         case SDL_MOUSEBUTTONDOWN:
@@ -127,11 +179,13 @@ private:
             if (event.button.which == SDL_TOUCH_MOUSEID || event.button.button != SDL_BUTTON_LEFT)
                 return std::nullopt; // the finger's own events tell it
             return touchEvent(event.type == SDL_MOUSEBUTTONDOWN ? WindowEvent::Kind::touchDown : WindowEvent::Kind::touchUp, 0,
-                { double(event.button.x), double(event.button.y) });
+                point(event.button.x, event.button.y));
         case SDL_MOUSEMOTION:
             if (event.motion.which == SDL_TOUCH_MOUSEID || !(event.motion.state & SDL_BUTTON_LMASK))
                 return std::nullopt;
-            return touchEvent(WindowEvent::Kind::touchMove, 0, { double(event.motion.x), double(event.motion.y) });
+            return touchEvent(WindowEvent::Kind::touchMove, 0, point(event.motion.x, event.motion.y));
+        case SDL_MOUSEWHEEL:
+            return event.wheel.which == SDL_TOUCH_MOUSEID ? std::nullopt : wheelEvent(event.wheel);
         case SDL_FINGERDOWN:
             return fingerEvent(WindowEvent::Kind::touchDown, event.tfinger);
         case SDL_FINGERMOTION:
@@ -140,7 +194,7 @@ private:
             return fingerEvent(WindowEvent::Kind::touchUp, event.tfinger);
         case SDL_KEYDOWN: {
             auto pressed = plainEvent(WindowEvent::Kind::key);
-            pressed->key = char32_t(event.key.keysym.sym);
+            pressed->key = event.key.keysym.sym == SDLK_KP_ENTER ? U'\r' : char32_t(event.key.keysym.sym);
             pressed->command = event.key.keysym.mod & (KMOD_CTRL | KMOD_GUI);
             return pressed;
         }
@@ -158,13 +212,54 @@ private:
         }
     }
 
-    std::optional<WindowEvent> fingerEvent(WindowEvent::Kind kind, const SDL_TouchFingerEvent& event) const
+    CGPoint point(int x, int y) const { return { x / units, y / units }; }
+
+    std::optional<WindowEvent> wheelEvent(const SDL_MouseWheelEvent& event) const
     {
-        const auto all = size();
-        return touchEvent(kind, int(event.fingerId & 0xffff) + 1, { event.x * all.width, event.y * all.height });
+        auto turned = touchEvent(WindowEvent::Kind::wheel, 0, point(event.mouseX, event.mouseY));
+        // A trackpad tells parts of a notch. Towards the right is positive there, and away from the viewer.
+        turned->precise = event.preciseX != float(event.x) || event.preciseY != float(event.y);
+        turned->dx = -double(event.preciseX) * wheelStep;
+        turned->dy = double(event.preciseY) * wheelStep;
+        return turned;
     }
 
+    // Fingers get small numbers for as long as they touch; 0 is the mouse.
+    std::optional<WindowEvent> fingerEvent(WindowEvent::Kind kind, const SDL_TouchFingerEvent& event)
+    {
+        int& finger = fingers[event.fingerId];
+        if (finger == 0) {
+            const auto isTaken = [&](int number) {
+                return std::any_of(fingers.begin(), fingers.end(), [&](const auto& each) { return each.second == number; });
+            };
+            int number = 1;
+            while (isTaken(number))
+                ++number;
+            finger = number;
+        }
+        const auto all = size();
+        auto touch = touchEvent(kind, finger, { double(event.x) * all.width, double(event.y) * all.height });
+        if (kind == WindowEvent::Kind::touchUp)
+            fingers.erase(event.fingerId);
+        return touch;
+    }
+
+#if defined(SDL_VIDEO_DRIVER_WAYLAND)
+    // The library is in the process already when this is called: SDL has opened it.
+    static int waylandDescriptor(wl_display* display)
+    {
+        using Get = int (*)(wl_display*);
+        void* library = dlopen("libwayland-client.so.0", RTLD_LAZY | RTLD_NOLOAD);
+        const auto get = library ? reinterpret_cast<Get>(dlsym(library, "wl_display_get_fd")) : nullptr;
+        return get ? get(display) : -1;
+    }
+#endif
+
     std::unique_ptr<SDL_Window, WindowDeleter> window;
+    const double units; // of the window system, a point
+    std::map<SDL_FingerID, int> fingers; // those that touch
+    const void* shownIn = nullptr; // the surface's pixels at the last frame
+    PixelRect shownPart;
 };
 
 class Sdl final : public SdlModule {
@@ -174,6 +269,7 @@ public:
         SDL_SetMainReady();
         SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
         SDL_SetHint(SDL_HINT_VIDEODRIVER, "x11,wayland");
+        SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
         if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
             problem = SDL_GetError();
             return nullptr;
@@ -185,7 +281,10 @@ public:
             SDL_QuitSubSystem(SDL_INIT_VIDEO);
             return nullptr;
         }
-        return std::make_unique<SdlWindow>(window);
+        auto opened = std::make_unique<SdlWindow>(window);
+        if (opened->size() != size)
+            opened->resize(size);
+        return opened;
     }
 };
 
