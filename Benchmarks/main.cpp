@@ -2,6 +2,7 @@
 #include "Benchmarks/Layout/LayoutBenchmark.h"
 #include "Benchmarks/Measure.h"
 #include "Benchmarks/Workloads/FirstFrame.h"
+#include "Benchmarks/Workloads/ListScroll.h"
 #include "Benchmarks/Workloads/Reactions.h"
 
 #include <algorithm>
@@ -16,26 +17,47 @@ namespace {
 struct Options {
     std::string workload; // empty: all
     std::string assets, picture;
-    int frames = 300;
+    int frames = 0; // as many as the workload has
     bool json = false;
 };
+
+void printFrames(const Options& options, const char* workload, const char* name, const bench::FrameFigures& figures, double copy)
+{
+    const double copies = figures.cpuPerFrame / copy;
+    if (options.json) {
+        std::printf(
+            "{\"peer\":\"mivora\",\"workload\":\"%s\",\"frames\":%d,\"cpu_ms_per_frame\":%.3f,\"wall_ms_median\":%.3f,"
+            "\"wall_ms_p99\":%.3f,\"wall_ms_max\":%.3f,\"peak_pss_mib\":%.1f,\"memcpy_frame_ms\":%.3f,\"frame_copies\":%.2f}\n",
+            workload, figures.frames, figures.cpuPerFrame, figures.wallMedian, figures.wallP99, figures.wallMax, figures.memory,
+            copy, copies);
+        return;
+    }
+    std::printf("%s %s: %.2f frame copies, %.3f ms CPU a frame (wall median %.3f, p99 %.3f), %.1f MiB; a copy is %.3f ms\n",
+        workload, name, copies, figures.cpuPerFrame, figures.wallMedian, figures.wallP99, figures.memory, copy);
+}
+
+void runListScroll(const Options& options)
+{
+    const double copy = bench::frameCopyMilliseconds();
+    const int frames = options.frames > 0 ? options.frames : 600;
+    printFrames(options, "W1", "list", bench::measureListScroll(frames, options.assets, options.picture), copy);
+}
+
+void runListStarts(const Options& options)
+{
+    const auto starts = bench::measureListStarts(15, options.assets);
+    const auto middle = bench::median(starts.milliseconds), memory = bench::median(starts.memory);
+    std::printf(options.json
+            ? "{\"peer\":\"mivora\",\"workload\":\"W4\",\"wall_ms_median\":%.1f,\"peak_pss_mib\":%.1f,\"runs\":%zu}\n"
+            : "W4 first frame of the list: %.1f ms from exec, %.1f MiB (%zu runs)\n",
+        middle, memory, starts.milliseconds.size());
+}
 
 void runReactions(const Options& options)
 {
     const double copy = bench::frameCopyMilliseconds();
-    const auto figures = bench::measureReactions(options.frames, options.assets, options.picture);
-    const double copies = figures.cpuPerFrame / copy;
-    if (options.json) {
-        std::printf(
-            "{\"peer\":\"mivora\",\"workload\":\"W3\",\"frames\":%d,\"cpu_ms_per_frame\":%.3f,\"wall_ms_median\":%.3f,"
-            "\"wall_ms_p99\":%.3f,\"wall_ms_max\":%.3f,\"peak_pss_mib\":%.1f,\"memcpy_frame_ms\":%.3f,\"frame_copies\":%.2f}\n",
-            figures.frames, figures.cpuPerFrame, figures.wallMedian, figures.wallP99, figures.wallMax, figures.memory, copy,
-            copies);
-        return;
-    }
-    std::printf(
-        "W3 reactions: %.2f frame copies, %.3f ms CPU a frame (wall median %.3f, p99 %.3f), %.1f MiB; a copy is %.3f ms\n",
-        copies, figures.cpuPerFrame, figures.wallMedian, figures.wallP99, figures.memory, copy);
+    const int frames = options.frames > 0 ? options.frames : 300;
+    printFrames(options, "W3", "reactions", bench::measureReactions(frames, options.assets, options.picture), copy);
 }
 
 void runComposition(const Options& options)
@@ -75,12 +97,13 @@ void runLayout(const Options& options)
 constexpr struct {
     const char* name;
     void (*run)(const Options&);
-} workloads[] = { { "W3", runReactions }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout } };
+} workloads[] = { { "W1", runListScroll }, { "W3", runReactions }, { "W4", runListStarts }, { "K1", runComposition },
+    { "K2", runFirstFrame }, { "K3", runLayout } };
 
 int usage(const std::string& problem)
 {
     std::fprintf(stderr,
-        "mivora_bench: %s\nmivora_bench [--workload W3|K1|K2|K3] [--assets DIR] [--frames N] [--png FILE] [--json]\n",
+        "mivora_bench: %s\nmivora_bench [--workload W1|W3|W4|K1|K2|K3] [--assets DIR] [--frames N] [--png FILE] [--json]\n",
         problem.c_str());
     return 2;
 }
@@ -101,6 +124,8 @@ int main(int count, char** words)
         const std::string word = words[++i];
         if (option == "--first-frame")
             return bench::showFirstFrame(std::atof(word.c_str()));
+        if (option == "--first-list")
+            return bench::showFirstList(std::atof(word.c_str()), options.assets);
         if (option == "--workload")
             options.workload = word;
         else if (option == "--assets")
