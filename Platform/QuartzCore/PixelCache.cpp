@@ -34,6 +34,7 @@ std::shared_ptr<const Bitmap> PixelCache::find(const PixelKey& key)
     if (found == byKey.end())
         return nullptr;
     entries.splice(entries.begin(), entries, found->second);
+    found->second->lastUsed = frame;
     return found->second->bitmap;
 }
 
@@ -43,7 +44,7 @@ void PixelCache::insert(const PixelKey& key, std::shared_ptr<const Bitmap> bitma
     if (!bitmap)
         return;
     bytes_ += bitmap->byteCount();
-    entries.push_front({ key, std::move(bitmap) });
+    entries.push_front({ key, std::move(bitmap), frame });
     byKey.emplace(key, entries.begin());
 }
 
@@ -66,7 +67,8 @@ void PixelCache::clear()
 
 void PixelCache::endFrame()
 {
-    while (bytes_ > capacity) {
+    ++frame;
+    while (bytes_ > capacity || (!entries.empty() && frame - entries.back().lastUsed > longestUnused)) {
         bytes_ -= entries.back().bitmap->byteCount();
         byKey.erase(entries.back().key);
         entries.pop_back();

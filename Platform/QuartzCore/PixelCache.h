@@ -41,10 +41,12 @@ private:
     std::uint64_t high = 0x9e3779b97f4a7c15, low = 0xc2b2ae3d27d4eb4f;
 };
 
-// Pictures that later frames need again, least recently used ones dropped first. Within a frame nothing is dropped.
+// Pictures that later frames need again, least recently used ones dropped first, and those that no frame has needed for long:
+// what a scrolled list shows moves as pixels once it is in sight. Within a frame nothing is dropped.
 class PixelCache {
 public:
     static constexpr std::size_t capacity = 24u << 20; // bytes
+    static constexpr unsigned longestUnused = 60; // painted frames, a second of motion
     // Null when it is not there.
     std::shared_ptr<const Bitmap> find(const PixelKey& key);
     template <typename Make> std::shared_ptr<const Bitmap> findOrMake(const PixelKey& key, const Make& make)
@@ -59,19 +61,21 @@ public:
     void insert(const PixelKey& key, std::shared_ptr<const Bitmap> bitmap);
     void erase(const PixelKey& key);
     void clear();
-    void endFrame(); // drops what is beyond the capacity
+    void endFrame(); // drops what is beyond the capacity or has grown old
     std::size_t bytes() const { return bytes_; }
 
 private:
     struct Entry {
         PixelKey key;
         std::shared_ptr<const Bitmap> bitmap;
+        unsigned lastUsed; // frame
     };
     struct Hash {
         std::size_t operator()(const PixelKey& key) const { return std::size_t(key.hash()); }
     };
     std::list<Entry> entries; // most recently used first
     std::unordered_map<PixelKey, std::list<Entry>::iterator, Hash> byKey;
+    unsigned frame = 0;
     std::size_t bytes_ = 0;
 };
 

@@ -167,6 +167,21 @@ TEST_F(CompositorScroll, twoScrollersMoveInOneFrame)
     EXPECT_EQ(show(1).moves.size(), 2u);
 }
 
+TEST_F(CompositorScroll, keepsNoPictureThatOnlyMoves)
+{
+    const auto scroller = addScroller({ 0, 0, 100, 200 });
+    const auto picture = add({ 0, 20, 90, 90 }, scroller);
+    picture->setContents(noisePicture(64, 64, PixelFormat::xrgb, 1));
+    show(0);
+    const std::size_t scaled = compositor.cachedBytes();
+    ASSERT_GE(scaled, 180u * 180 * 4);
+    for (int i = 0; i < 80; ++i) {
+        scroll(*scroller, 0, i % 2 ? -2 : 2);
+        show(i);
+    }
+    EXPECT_LT(compositor.cachedBytes(), scaled / 2);
+}
+
 TEST_F(CompositorScroll, randomScrollsLookLikeFreshFrames)
 {
     int moves = 0;
