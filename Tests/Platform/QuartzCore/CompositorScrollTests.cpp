@@ -137,6 +137,16 @@ TEST_F(CompositorScroll, repaintsWhatStandsStillWhereItWasAndIs)
     }
 }
 
+TEST_F(CompositorScroll, aBlurBesideTheClipSeesWhatMoves)
+{
+    const auto scroller = addScroller({ 0, 30, 100, 170 });
+    addCards(scroller, 20);
+    add({ 0, 0, 100, 30 })->setBackdropBlur(6);
+    show(0);
+    scroll(*scroller, 0, 5);
+    EXPECT_EQ(show(1).moves.size(), 1u);
+}
+
 TEST_F(CompositorScroll, doesNotMoveWhatCannotBeMoved)
 {
     const auto scroller = addScroller({ 10, 20, 80, 150 });
