@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/QuartzCore/AnimationTimeline.h"
+#include "Platform/QuartzCore/CADisplayLink.h"
 #include "Platform/QuartzCore/CALayer.h"
 #include "Platform/QuartzCore/CATransaction.h"
 #include "Platform/QuartzCore/FrameRequest.h"
@@ -49,7 +50,11 @@ void LayerCommitter::setOnNeedsFrame(std::function<void()> callback) { FrameRequ
 
 bool LayerCommitter::needsFrame() { return FrameRequest::isMade(); }
 
-void LayerCommitter::finishAnimations(double time) { AnimationTimeline::shared().finish(time); }
+void LayerCommitter::finishAnimations(double time)
+{
+    AnimationTimeline::shared().finish(time);
+    CADisplayLink::runAll(time);
+}
 
 void LayerCommitter::layout(const std::vector<std::shared_ptr<CALayer>>& roots)
 {
@@ -123,7 +128,7 @@ std::shared_ptr<const RenderList> LayerCommitter::commit(
     return list;
 }
 
-bool LayerCommitter::hasRunningAnimations() { return last().sawRunning; }
+bool LayerCommitter::hasRunningAnimations() { return last().sawRunning || CADisplayLink::anyRuns(); }
 
 double LayerCommitter::nextEventTime() { return AnimationTimeline::shared().nextEventTime(); }
 

@@ -19,7 +19,8 @@ public:
     static void setOnNeedsFrame(std::function<void()> callback);
     static bool needsFrame();
     // Removes finished animations and runs their onStop, in the order in which they ended, each followed by the completion of its
-    // transaction if that waited for it alone. What was removed since the last step is told first. Seconds on the current clock.
+    // transaction if that waited for it alone. What was removed since the last step is told first. Then the display links are
+    // called. Seconds on the current clock.
     static void finishAnimations(double time);
     // Calls layoutSublayers of every marked layer in these trees, parents first, until none is marked (bounded to 100 rounds,
     // after which one console line says so).
@@ -31,7 +32,8 @@ public:
     // taken out of their tree since the last commit, and not put back, end unfinished unless they are not removedOnCompletion.
     static std::shared_ptr<const RenderList> commit(
         const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen);
-    // True when a visible layer of the last commit has an animation that is still running: another frame is due.
+    // True when a visible layer of the last commit has an animation that is still running, or a display link runs: another frame
+    // is due.
     static bool hasRunningAnimations();
     // The earliest time at which a running animation, visible or not, ends, or a delayed one begins; infinity for none.
     static double nextEventTime();

@@ -201,8 +201,15 @@ void LayoutRoot::markChanged()
     for (const LayoutVariableId variable : solver.changedVariables()) {
         const auto index = static_cast<std::size_t>(variable);
         Entry* moved = index < byVariable.size() ? byVariable[index] : nullptr; // null for a sum
-        if (!moved || !moved->view)
+        if (!moved)
             continue;
+        if (!moved->view) {
+            // The content of a scroll view has another size, which that view takes over in its layout.
+            UIView* around = moved->owner.item->layoutView();
+            if (use == Use::placing && around && around->contentLayoutItem() == moved->owner.item)
+                around->setNeedsLayout();
+            continue;
+        }
         if (moved->variables[2] == variable && !std::exchange(moved->moved, true))
             widthsMoved.push_back(moved->owner.item);
         if (use == Use::placing && !moved->view->translatesAutoresizingMask && moved->view->superview_)

@@ -247,6 +247,13 @@ void LayoutRoot::readEnd(
     const UILayoutGuide* safeArea = safeAreaGuide(item);
     const bool isSize = attribute == NSLayoutAttribute::width || attribute == NSLayoutAttribute::height;
     const double fraction = isSize ? 1 : fractionOf(attribute, rightToLeft);
+    // The edges of what scrolls, as its content sees them, are the content's, which begins at 0.
+    const UILayoutItem* content = !isSize && view == &item && view == ancestor ? view->contentLayoutItem() : nullptr;
+    if (content) {
+        if (fraction != 0)
+            reading.add(entry(*content, used).variables[2 + axis], factor * fraction);
+        return;
+    }
 
     if (safeArea) {
         const UIEdgeInsets& insets = view->safeAreaInsets();

@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Foundation/URL.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
+#include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIWindow.h"
 
 #include <algorithm>
@@ -58,6 +59,22 @@ void UIApplication::sendTouch(int identifier, UITouchPhase phase, CGPoint point,
         if (taken)
             return;
     }
+}
+
+bool UIApplication::sendScroll(CGPoint point, double dx, double dy)
+{
+    const auto list = windows();
+    for (auto window = list.rbegin(); window != list.rend(); ++window) {
+        const auto hit = (*window)->hitTest({ point.x - (*window)->frame().x, point.y - (*window)->frame().y }, nullptr);
+        for (UIView* view = hit.get(); view; view = view->superview()) {
+            auto* scroller = dynamic_cast<UIScrollView*>(view);
+            if (scroller && scroller->scrollBy(dx, dy))
+                return true;
+        }
+        if (hit)
+            return false;
+    }
+    return false;
 }
 
 void UIApplication::cancelTouches(double timestamp)

@@ -45,6 +45,8 @@ public:
     // uppermost window that takes it; a change of an unknown touch does nothing.
     void sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);
     void cancelTouches(double timestamp);
+    // A wheel's or trackpad's step in points over that point of the screen: scrolls the innermost scroll view there that can.
+    bool sendScroll(CGPoint point, double dx, double dy);
     // Typed on a keyboard: goes to the first responder, or nowhere when there is none.
     void sendText(const std::string& text);
     void sendDeleteBackward();

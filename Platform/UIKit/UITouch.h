@@ -38,6 +38,7 @@ private:
     WeakRef<UIWindow> window_;
     std::vector<WeakRef<UIGestureRecognizer>> recognizers; // that received it, innermost view's first
     bool viewCancelled = false; // a recogniser took it over
+    bool withheld = false; // from its view, while it may yet become a scroll
     int identifier = 0; // the host's
 };
 

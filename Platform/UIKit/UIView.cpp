@@ -288,7 +288,7 @@ void UIView::geometryChanged(const CGRect& previousBounds, CGPoint previousCente
     }
     updateSafeArea();
     if (resized || scrolled) {
-        if (safeAreaInsets_ != UIEdgeInsets {}) {
+        if (safeAreaInsetsForSubviews() != UIEdgeInsets {}) {
             const auto children = subviews_;
             for (const auto& child : children)
                 child->updateSafeArea();
@@ -334,10 +334,11 @@ std::shared_ptr<UILayoutGuide> UIView::safeAreaLayoutGuide()
 
 UIEdgeInsets UIView::inheritedSafeAreaInsets() const
 {
-    if (!superview_ || superview_->safeAreaInsets_ == UIEdgeInsets {})
+    const UIEdgeInsets around = superview_ ? superview_->safeAreaInsetsForSubviews() : UIEdgeInsets {};
+    if (around == UIEdgeInsets {})
         return {};
     const CGRect own = frame();
-    const CGRect safe = superview_->safeAreaInsets_.inset(superview_->bounds());
+    const CGRect safe = around.inset(superview_->bounds());
     const auto reach = [](double distance, double limit) { return std::clamp(distance, 0.0, std::max(limit, 0.0)); };
     return { reach(safe.minY() - own.minY(), own.height), reach(safe.minX() - own.minX(), own.width),
         reach(own.maxY() - safe.maxY(), own.height), reach(own.maxX() - safe.maxX(), own.width) };
@@ -356,6 +357,11 @@ void UIView::updateSafeArea()
     safeAreaInsetsDidChange();
     if (viewController_)
         viewController_->viewSafeAreaInsetsDidChange();
+    updateSafeAreaOfSubviews();
+}
+
+void UIView::updateSafeAreaOfSubviews()
+{
     const auto children = subviews_;
     for (const auto& child : children)
         child->updateSafeArea();

@@ -188,8 +188,13 @@ protected:
     // Points from the top edge, and from the bottom edge, to the content's first and last baseline.
     virtual CGFloat firstBaselineOffset() const { return 0; }
     virtual CGFloat lastBaselineOffset() const { return 0; }
+    // What constraints from inside name when they name this view's edges; null: the view itself. A scroll view's content.
+    virtual const UILayoutItem* contentLayoutItem() const { return nullptr; }
     // As far as the superview's safe area leaves this view; a window takes the screen's.
     virtual UIEdgeInsets inheritedSafeAreaInsets() const;
+    // What subviews have to keep clear of: less than the whole where this view moves them out of the way itself.
+    virtual UIEdgeInsets safeAreaInsetsForSubviews() const { return safeAreaInsets_; }
+    void updateSafeAreaOfSubviews(); // after safeAreaInsetsForSubviews has changed
 
 private:
     friend class ConstraintKeeper;

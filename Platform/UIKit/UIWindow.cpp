@@ -1,13 +1,21 @@
 #include "Platform/UIKit/UIWindow.h"
 
+#include "Platform/Foundation/MainQueue.h"
 #include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIGestureRecognizer.h"
 #include "Platform/UIKit/UIScreen.h"
+#include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIViewController.h"
 
 #include <algorithm>
 
 namespace platform {
+
+namespace {
+
+constexpr double contentTouchDelay = 0.15; // seconds
+
+} // namespace
 
 UIWindow::UIWindow()
     : UIWindow(UIScreen::main().bounds())
@@ -155,6 +163,7 @@ bool UIWindow::beginTouch(int identifier, CGPoint point, double timestamp)
     touch->view_ = hit;
     touch->window_ = weak(this);
     collectRecognizers(*touch);
+    withholdIfItMayScroll(touch);
     touches.push_back(touch);
     deliver(touch);
     return true;
@@ -218,7 +227,9 @@ void UIWindow::deliver(const std::shared_ptr<UITouch>& touch)
             recognizer->deliver(phase, touch, now);
     if (last)
         std::erase(touches, touch);
-    if (!touch->viewCancelled)
+    if (phase == UITouchPhase::ended)
+        handOver(touch);
+    if (!touch->viewCancelled && !touch->withheld)
         deliverToView(touch, phase);
     if (last)
         for (const auto& reference : recognizers)
@@ -246,9 +257,33 @@ void UIWindow::deliverToView(const std::shared_ptr<UITouch>& touch, UITouchPhase
     }
 }
 
+// Inside what scrolls a view hears of a touch a little later, so that a flick does not flash the button under the finger.
+void UIWindow::withholdIfItMayScroll(const std::shared_ptr<UITouch>& touch)
+{
+    for (const UIView* view = touch->view_.get(); view; view = view->superview()) {
+        const auto* scroller = dynamic_cast<const UIScrollView*>(view);
+        if (!scroller || view == touch->view_.get() || !scroller->isScrollEnabled() || !scroller->delaysContentTouches())
+            continue;
+        touch->withheld = true;
+        MainQueue::shared().asyncAfter(contentTouchDelay, [self = weak(this), waiting = std::weak_ptr(touch)] {
+            const auto window = self.lock();
+            const auto held = waiting.lock();
+            if (window && held && std::ranges::find(window->touches, held) != window->touches.end())
+                window->handOver(held);
+        });
+        return;
+    }
+}
+
+void UIWindow::handOver(const std::shared_ptr<UITouch>& touch)
+{
+    if (std::exchange(touch->withheld, false) && !touch->viewCancelled)
+        deliverToView(touch, UITouchPhase::began);
+}
+
 void UIWindow::takeFromView(const std::shared_ptr<UITouch>& touch)
 {
-    if (std::exchange(touch->viewCancelled, true))
+    if (std::exchange(touch->viewCancelled, true) || std::exchange(touch->withheld, false))
         return;
     if (touch->phase_ != UITouchPhase::began)
         deliverToView(touch, UITouchPhase::cancelled);

@@ -43,6 +43,8 @@ private:
     void collectRecognizers(UITouch& touch);
     void deliver(const std::shared_ptr<UITouch>& touch);
     void deliverToView(const std::shared_ptr<UITouch>& touch, UITouchPhase phase);
+    void withholdIfItMayScroll(const std::shared_ptr<UITouch>& touch);
+    void handOver(const std::shared_ptr<UITouch>& touch);
     void takeFromView(const std::shared_ptr<UITouch>& touch); // for a recogniser
     UIEvent event() const;
 
