@@ -164,6 +164,11 @@ TEST_F(MVHorizontalImageTextViewTest, putsASquareIconBeforeTheText)
     EXPECT_TRUE(isNear(onScreen(*icon), CGRect { 28, 104, 22, 22 }));
     EXPECT_EQ(onScreen(*label).x, 55);
     EXPECT_EQ(onScreen(*pill).maxX(), onScreen(*label).maxX() + 10);
+    host.setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
+    host.advance(0);
+    EXPECT_NEAR(onScreen(*icon).maxX(), onScreen(*pill).maxX() - 8, 1e-6);
+    EXPECT_NEAR(onScreen(*label).maxX(), onScreen(*icon).x - 5, 1e-6);
+    EXPECT_EQ(onScreen(*label).x, 30);
 }
 
 TEST_F(MVHorizontalImageTextViewTest, putsTheIconAfterTheText)
