@@ -1,0 +1,353 @@
+#include "Platform/UIKit/UITableView.h"
+
+#include "Platform/Foundation/NSLog.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+constexpr std::size_t mostPooled = 4; // cells of one kind that wait for their next row
+constexpr int searchReach = 200; // rows around its former place in which a row is looked for after a reload
+
+} // namespace
+
+UITableView::UITableView(const CGRect& frame)
+    : UIScrollView(frame)
+{
+    setAlwaysBounceVertical(true);
+}
+
+void UITableView::setDataSource(std::weak_ptr<UITableViewDataSource> source)
+{
+    dataSource = std::move(source);
+    reloadData();
+}
+
+void UITableView::setEstimatedRowHeight(double height)
+{
+    heights.setEstimate(std::isfinite(height) ? std::max(height, 1.0) : 1);
+    setNeedsLayout();
+}
+
+std::shared_ptr<UITableViewCell> UITableView::dequeueReusableCell(const std::string& identifier)
+{
+    if (preferred && preferred->reuseIdentifier() == identifier)
+        return std::exchange(preferred, nullptr);
+    auto& waiting = pool[identifier];
+    if (!waiting.empty()) {
+        const auto cell = waiting.back();
+        waiting.pop_back();
+        cell->prepareForReuse();
+        return cell;
+    }
+    const auto factory = factories.find(identifier);
+    if (factory == factories.end()) {
+        NSLog("no cell for \"" + identifier + "\": nothing is registered under that identifier");
+        return nullptr;
+    }
+    return factory->second();
+}
+
+void UITableView::reloadData()
+{
+    reloadPending = true;
+    setNeedsLayout();
+}
+
+CGRect UITableView::rectForRow(int row) const
+{
+    if (row < 0 || row >= heights.count())
+        return {};
+    return { 0, heights.offset(row), bounds().width, heights.height(row) };
+}
+
+std::shared_ptr<UITableViewCell> UITableView::cellForRow(int row) const
+{
+    for (const Row& each : rows)
+        if (each.index == row)
+            return each.cell;
+    return nullptr;
+}
+
+std::vector<int> UITableView::indicesForVisibleRows() const
+{
+    std::vector<int> indices;
+    for (const Row& row : rows)
+        indices.push_back(row.index);
+    return indices;
+}
+
+void UITableView::scrollToRow(int row, bool animated)
+{
+    if (row < 0 || row >= heights.count())
+        return;
+    const double top = heights.offset(row) + minimumContentOffset().y;
+    setContentOffset({ contentOffset().x, std::clamp(top, minimumContentOffset().y, maximumContentOffset().y) }, animated);
+}
+
+void UITableView::layoutSubviews()
+{
+    const auto keep = weak(this).lock();
+    UIView::layoutSubviews(); // constraints inside do not give the content's size here, the rows do
+    if (std::exchange(reloadPending, false)) {
+        reloadNow();
+    } else {
+        const bool wasFilling = std::exchange(filling, true); // moving the content asks for no rows yet
+        remeasure();
+        filling = wasFilling;
+    }
+    fill();
+}
+
+void UITableView::contentOffsetDidChange()
+{
+    if (!reloadPending)
+        fill();
+}
+
+void UITableView::boundsDidChange(const CGRect& previous)
+{
+    UIScrollView::boundsDidChange(previous);
+    if (bounds().size() != previous.size())
+        setNeedsLayout();
+}
+
+void UITableView::safeAreaInsetsDidChange()
+{
+    UIScrollView::safeAreaInsetsDidChange();
+    setNeedsLayout();
+}
+
+void UITableView::reloadNow()
+{
+    const auto source = dataSource.lock();
+    int count = source ? source->numberOfRows(*this) : 0;
+    if (count < 0) {
+        NSLog("table " + layoutName() + " shows no rows: its source counts " + std::to_string(count));
+        count = 0;
+    }
+    const bool wasFilling = std::exchange(filling, true);
+    remeasure();
+    reanchor(count);
+    filling = wasFilling;
+    if (bounds().isEmpty())
+        return;
+    // The rows that stay in the bounds are filled again, in the cells that they have.
+    for (Row& row : rows)
+        if (row.cell)
+            former.emplace(row.identity, std::exchange(row.cell, nullptr));
+    rows.clear();
+    fill();
+    for (auto& [identity, cell] : std::exchange(former, {})) {
+        Row left { 0, identity, 0, 0, cell };
+        recycle(left);
+    }
+}
+
+// Carries heights and the reading position over to the new count of rows.
+void UITableView::reanchor(int count)
+{
+    const auto source = dataSource.lock();
+    const bool atTop = contentOffset().y <= minimumContentOffset().y;
+    const Row* anchor = nullptr;
+    for (const Row& row : rows)
+        if (!anchor && row.top + row.height > contentOffset().y)
+            anchor = &row;
+    const int found = anchor && source ? findRow(*source, anchor->identity, anchor->index, count) : -1;
+    if (found < 0) {
+        heights.setCount(count);
+        return;
+    }
+    const double before = heights.offset(anchor->index);
+    if (const int by = found - anchor->index; by != 0)
+        heights.shift(by);
+    heights.setCount(count);
+    const double way = heights.offset(found) - before;
+    updateContentSize();
+    if (!atTop && way != 0)
+        move(way);
+}
+
+// Looks where the row was, then ever further around it: shows come and go one by one.
+int UITableView::findRow(UITableViewDataSource& source, const std::string& identity, int near, int count)
+{
+    for (int distance = 0; distance <= searchReach; ++distance)
+        for (const int row : { near + distance, near - distance })
+            if (row >= 0 && row < count && source.identityForRow(*this, row) == identity)
+                return row;
+    return -1;
+}
+
+// Another width asks for other heights; what is read stays in its place.
+void UITableView::remeasure()
+{
+    const auto [left, right] = sides();
+    const double width = std::max(0.0, bounds().width - left - right);
+    if (rows.empty() || bounds().isEmpty())
+        return;
+    const bool resized = width != std::exchange(measuredWidth, width);
+    const double top = rows.front().top;
+    if (resized)
+        heights.forgetAll();
+    bool changed = resized;
+    for (Row& row : rows) {
+        const double before = row.height;
+        row.height = measure(row);
+        changed = changed || row.height != before;
+    }
+    if (!changed)
+        return;
+    double next = heights.offset(rows.front().index);
+    for (Row& row : rows)
+        row.top = std::exchange(next, next + row.height);
+    updateContentSize();
+    const bool atTop = contentOffset().y <= minimumContentOffset().y;
+    const double way = rows.front().top - top;
+    if (way != 0 && !atTop)
+        shiftContentOffset({ 0, way });
+    placeRows();
+}
+
+// Gives every row within the bounds a cell, and takes away those of the others.
+void UITableView::fill()
+{
+    if (filling || bounds().isEmpty())
+        return;
+    const auto keep = weak(this).lock();
+    filling = true;
+    const auto [left, right] = sides();
+    measuredWidth = std::max(0.0, bounds().width - left - right);
+    const auto isOut = [this](const Row& row) { return row.top + row.height <= bounds().minY() || row.top >= bounds().maxY(); };
+    while (!rows.empty() && (isOut(rows.front()) || rows.front().index >= heights.count())) {
+        recycle(rows.front());
+        rows.pop_front();
+    }
+    while (!rows.empty() && (isOut(rows.back()) || rows.back().index >= heights.count())) {
+        recycle(rows.back());
+        rows.pop_back();
+    }
+    updateContentSize();
+    if (rows.empty()) {
+        const int first = heights.rowAt(std::max(0.0, bounds().minY()));
+        if (first >= 0)
+            addRow(first, false);
+    }
+    while (
+        !rows.empty() && rows.front().index > 0 && rows.front().top > bounds().minY() && addRow(rows.front().index - 1, true)) { }
+    while (!rows.empty() && rows.back().index + 1 < heights.count() && rows.back().top + rows.back().height < bounds().maxY()
+        && addRow(rows.back().index + 1, false)) { }
+    updateContentSize();
+    filling = false;
+}
+
+bool UITableView::addRow(int index, bool above)
+{
+    const auto source = dataSource.lock();
+    if (!source)
+        return false;
+    Row row;
+    row.index = index;
+    row.identity = source->identityForRow(*this, index);
+    row.cell = makeCell(index, row.identity);
+    const double expected = heights.height(index);
+    row.height = measure(row);
+    if (above) {
+        row.top = rows.front().top - expected;
+        rows.push_front(row);
+        if (row.height != expected)
+            move(row.height - expected);
+        // It reaches upwards: what was below has made room for it.
+        rows.front().top = heights.offset(index);
+    } else {
+        row.top = rows.empty() ? heights.offset(index) : rows.back().top + rows.back().height;
+        rows.push_back(row);
+    }
+    const auto [left, right] = sides();
+    const Row& placed = above ? rows.front() : rows.back();
+    placed.cell->place({ 0, placed.top, bounds().width, placed.height }, left, right);
+    return true;
+}
+
+double UITableView::measure(Row& row)
+{
+    UITableViewCell& cell = *row.cell;
+    if (cell.measuredWidth == measuredWidth && !cell.contentView()->layer()->needsLayout() && row.height > 0)
+        return row.height;
+    if (cell.measuredWidth == measuredWidth && !cell.contentView()->layer()->needsLayout() && cell.frame().height > 0) {
+        heights.set(row.index, cell.frame().height);
+        return cell.frame().height;
+    }
+    double height = cell.fittingHeight(measuredWidth);
+    if (!(height > 0)) {
+        NSLog("row " + std::to_string(row.index) + " of " + layoutName()
+            + " has the estimated height: its cell's constraints give none");
+        height = heights.estimate();
+    }
+    heights.set(row.index, height);
+    return height;
+}
+
+std::shared_ptr<UITableViewCell> UITableView::makeCell(int index, const std::string& identity)
+{
+    const auto source = dataSource.lock();
+    if (const auto found = former.find(identity); found != former.end()) {
+        preferred = found->second;
+        former.erase(found);
+    }
+    auto cell = source ? source->cellForRow(*this, index) : nullptr;
+    if (const auto unused = std::exchange(preferred, nullptr)) { // the row wants another kind of cell now
+        Row left { index, identity, 0, 0, unused };
+        recycle(left);
+    }
+    if (!cell) {
+        NSLog("row " + std::to_string(index) + " of " + layoutName() + " stays empty: its source has no cell for it");
+        cell = make<UITableViewCell>();
+    }
+    if (cell->superview() != this)
+        addSubview(cell);
+    cell->setHidden(false);
+    return cell;
+}
+
+void UITableView::recycle(Row& row)
+{
+    const auto cell = std::exchange(row.cell, nullptr);
+    if (!cell)
+        return;
+    auto& waiting = pool[cell->reuseIdentifier()];
+    if (cell->reuseIdentifier().empty() || waiting.size() >= mostPooled) {
+        cell->removeFromSuperview();
+        return;
+    }
+    cell->setHidden(true);
+    waiting.push_back(cell);
+}
+
+void UITableView::placeRows()
+{
+    const auto [left, right] = sides();
+    for (const Row& row : rows)
+        row.cell->place({ 0, row.top, bounds().width, row.height }, left, right);
+}
+
+void UITableView::move(double distance)
+{
+    for (Row& row : rows)
+        row.top += distance;
+    updateContentSize();
+    const bool wasFilling = std::exchange(filling, true);
+    for (const Row& row : rows)
+        if (row.cell)
+            row.cell->setFrame({ 0, row.top, bounds().width, row.height });
+    shiftContentOffset({ 0, distance });
+    filling = wasFilling;
+}
+
+void UITableView::updateContentSize() { setContentSize({ bounds().width, heights.total() }); }
+
+UITableView::Sides UITableView::sides() const { return { safeAreaInsets().left, safeAreaInsets().right }; }
+
+} // namespace platform

@@ -1,0 +1,334 @@
+#include "Platform/UIKit/UITableView.h"
+
+#include "Tests/Platform/UIKit/ScreenTest.h"
+
+#include <algorithm>
+
+namespace platform {
+namespace {
+
+// A row as high as it is told, in a content that wraps like a text of that area when it has one.
+class HighCell : public UITableViewCell {
+public:
+    explicit HighCell(const std::string& identifier)
+        : UITableViewCell(identifier)
+        , content(make<Content>(CGSize { UIView::noIntrinsicMetric, 10 }))
+    {
+        contentView()->addSubview(content);
+        platform::fill(*content, *contentView());
+    }
+    void show(int id, double height)
+    {
+        shown = id;
+        if (height != content->intrinsicContentSize().height)
+            content->setSize({ UIView::noIntrinsicMetric, height });
+    }
+    const std::shared_ptr<Content> content;
+    int shown = -1;
+    int reuses = 0;
+
+protected:
+    void prepareForReuse() override { ++reuses; }
+};
+
+struct Rows final : UITableViewDataSource {
+    int count = 0;
+    int first = 0; // the identity of row 0
+    std::function<double(int id)> height = [](int id) { return 50.0 + id % 3 * 10; };
+    const char* kind = "row";
+    int asked = 0, identities = 0;
+
+    int numberOfRows(UITableView&) override { return count; }
+    std::shared_ptr<UITableViewCell> cellForRow(UITableView& table, int row) override
+    {
+        ++asked;
+        const auto cell = std::dynamic_pointer_cast<HighCell>(table.dequeueReusableCell(kind));
+        if (cell)
+            cell->show(first + row, height(first + row));
+        return cell;
+    }
+    std::string identityForRow(UITableView&, int row) override
+    {
+        ++identities;
+        return "#" + std::to_string(first + row);
+    }
+};
+
+class UITableViewTest : public ScreenTest {
+protected:
+    UITableViewTest()
+    {
+        table->registerCell<HighCell>("row");
+        table->registerCell<HighCell>("other");
+        table->setEstimatedRowHeight(40);
+        table->setDataSource(source);
+        window->addSubview(table);
+    }
+    void show(int count)
+    {
+        source->count = count;
+        table->reloadData();
+        makeFrame();
+    }
+    void scrollTo(double y)
+    {
+        table->setContentOffset({ 0, y });
+        makeFrame();
+    }
+    void scrollToEnd()
+    {
+        for (int i = 0; i < 10; ++i)
+            scrollTo(table->maximumContentOffset().y); // which moves as the last rows are measured
+    }
+    // Where the row of that identity is on the screen; nothing when it has no cell.
+    std::optional<double> screenY(int id) const
+    {
+        for (const int row : table->indicesForVisibleRows())
+            if (const auto cell = std::dynamic_pointer_cast<HighCell>(table->cellForRow(row)); cell && cell->shown == id)
+                return cell->convertTo(CGPoint {}, nullptr).y;
+        return {};
+    }
+    // Rows follow one another without a gap and cover the bounds.
+    void expectCovered()
+    {
+        const auto rows = table->indicesForVisibleRows();
+        ASSERT_FALSE(rows.empty());
+        double next = table->cellForRow(rows.front())->frame().y;
+        EXPECT_LE(next, std::max(0.0, table->bounds().minY()));
+        for (const int row : rows) {
+            const CGRect frame = table->cellForRow(row)->frame();
+            EXPECT_NEAR(frame.y, next, 1e-6) << row;
+            EXPECT_NEAR(frame.y, table->rectForRow(row).y, 1e-6) << row;
+            EXPECT_EQ(frame.height, source->height(source->first + row)) << row;
+            next = frame.maxY();
+        }
+        EXPECT_GE(next, std::min(table->bounds().maxY(), table->contentSize().height));
+    }
+
+    const std::shared_ptr<Rows> source = std::make_shared<Rows>();
+    const std::shared_ptr<UITableView> table = make<UITableView>(CGRect { 0, 0, 320, 480 });
+};
+
+TEST_F(UITableViewTest, rowsAreAsHighAsTheirContent)
+{
+    show(3);
+    EXPECT_EQ(table->cellForRow(0)->frame(), (CGRect { 0, 0, 320, 50 }));
+    EXPECT_EQ(table->cellForRow(1)->frame(), (CGRect { 0, 50, 320, 60 }));
+    EXPECT_EQ(table->cellForRow(2)->frame(), (CGRect { 0, 110, 320, 70 }));
+    EXPECT_EQ(table->contentSize(), (CGSize { 320, 180 }));
+    EXPECT_EQ(table->cellForRow(2)->contentView()->subviews().front()->frame().height, 70);
+    show(0);
+    EXPECT_TRUE(table->indicesForVisibleRows().empty());
+    EXPECT_EQ(table->contentSize().height, 0);
+}
+
+TEST_F(UITableViewTest, aHundredThousandRowsCostWhatAHundredDo)
+{
+    int asked[2], identities[2];
+    for (const int big : { 0, 1 }) {
+        source->asked = source->identities = 0;
+        show(big ? 100'000 : 100);
+        for (int i = 0; i < 40; ++i)
+            scrollTo(table->contentOffset().y + 50);
+        show(source->count);
+        asked[big] = source->asked;
+        identities[big] = source->identities;
+        expectCovered();
+        scrollTo(0);
+    }
+    EXPECT_EQ(asked[0], asked[1]);
+    EXPECT_NEAR(identities[0], identities[1], 5);
+    scrollTo(2'000'000);
+    expectCovered();
+    EXPECT_NEAR(table->indicesForVisibleRows().front(), 2'000'000 / 40, 40) << "far rows count with the estimate";
+    EXPECT_LT(table->subviews().size(), 20u) << "cells are used again";
+    scrollToEnd();
+    expectCovered();
+    EXPECT_EQ(table->indicesForVisibleRows().back(), 99'999);
+}
+
+TEST_F(UITableViewTest, aWrongEstimateMovesNothingThatIsSeen)
+{
+    show(1000);
+    scrollTo(20'000);
+    for (int i = 0; i < 200; ++i) {
+        const int anchor = table->indicesForVisibleRows().back();
+        const double before = *screenY(anchor);
+        table->setContentOffset({ 0, table->contentOffset().y - 7 });
+        makeFrame();
+        if (const auto now = screenY(anchor)) {
+            ASSERT_NEAR(*now, before + 7, 1e-6) << i;
+        }
+        expectCovered();
+    }
+    scrollTo(0);
+    EXPECT_EQ(table->indicesForVisibleRows().front(), 0);
+    expectCovered();
+}
+
+TEST_F(UITableViewTest, aNewFirstRowDoesNotPushAwayWhatIsRead)
+{
+    source->first = 100;
+    show(50);
+    scrollTo(500);
+    const int read = table->indicesForVisibleRows()[2] + source->first;
+    const double before = *screenY(read);
+    const auto cell = table->cellForRow(read - source->first);
+    const int reuses = std::static_pointer_cast<HighCell>(cell)->reuses;
+    source->first = 97;
+    show(53);
+    EXPECT_EQ(*screenY(read), before);
+    EXPECT_EQ(table->cellForRow(read - source->first), cell) << "in the very cell";
+    EXPECT_EQ(std::static_pointer_cast<HighCell>(cell)->reuses, reuses);
+    source->first = 99; // two are gone
+    show(51);
+    EXPECT_EQ(*screenY(read), before);
+    expectCovered();
+
+    scrollTo(0);
+    source->first = 98;
+    show(52);
+    EXPECT_EQ(screenY(98), 0) << "at the top the new one is seen";
+    expectCovered();
+}
+
+TEST_F(UITableViewTest, aReloadThatChangesNothingLaysNothingOut)
+{
+    show(100);
+    scrollTo(300);
+    const auto laidOut = [&] { return LayerCommitter::needsFrame(); };
+    makeFrame();
+    EXPECT_FALSE(laidOut());
+    std::vector<CGRect> before;
+    for (const int row : table->indicesForVisibleRows())
+        before.push_back(table->cellForRow(row)->frame());
+    const int asked = source->asked;
+    table->reloadData();
+    makeFrame();
+    EXPECT_EQ(source->asked - asked, int(before.size())) << "each visible row once";
+    for (std::size_t i = 0; i < before.size(); ++i)
+        EXPECT_EQ(table->cellForRow(table->indicesForVisibleRows()[i])->frame(), before[i]);
+    makeFrame();
+    EXPECT_FALSE(laidOut());
+}
+
+// Reloads its table in every layout pass, as a page does that follows its shape.
+struct Page final : UIViewController {
+    std::shared_ptr<UITableView> table;
+    int layouts = 0;
+    void viewDidLayoutSubviews() override
+    {
+        ++layouts;
+        table->reloadData();
+    }
+};
+
+TEST_F(UITableViewTest, mayBeReloadedInEveryLayoutPass)
+{
+    const auto page = make<Page>();
+    page->table = table;
+    page->view()->addSubview(table);
+    window->setRootViewController(page);
+    source->count = 100;
+    makeFrame();
+    EXPECT_LE(page->layouts, 3);
+    const int settled = page->layouts;
+    makeFrame();
+    EXPECT_EQ(page->layouts, settled);
+    page->view()->setNeedsLayout();
+    makeFrame();
+    EXPECT_EQ(page->layouts, settled + 1);
+    expectCovered();
+    window->setRootViewController(nullptr);
+}
+
+TEST_F(UITableViewTest, anotherKindOfCellAndAnotherWidthAreMeasuredAnew)
+{
+    source->height = [this](int) { return source->kind == std::string("row") ? 60.0 : 90.0; };
+    show(100);
+    scrollTo(600);
+    source->kind = "other";
+    show(100);
+    EXPECT_EQ(table->cellForRow(table->indicesForVisibleRows().front())->reuseIdentifier(), "other");
+    expectCovered();
+
+    const int read = table->indicesForVisibleRows()[1];
+    const double before = *screenY(read);
+    for (const int row : table->indicesForVisibleRows())
+        std::static_pointer_cast<HighCell>(table->cellForRow(row))->content->area = 90 * 160;
+    table->setFrame({ 0, 0, 160, 480 });
+    makeFrame();
+    EXPECT_NEAR(*screenY(read), before, 90) << "about where it was";
+    EXPECT_EQ(table->cellForRow(read)->contentView()->frame().width, 160);
+}
+
+TEST_F(UITableViewTest, keepsContentInsideTheSafeAreaSideways)
+{
+    UIScreen::main().setGeometry({ 480, 320 }, { 0, 59, 21, 59 });
+    table->setFrame({ 0, 0, 480, 320 });
+    show(100);
+    EXPECT_EQ(table->cellForRow(0)->frame().width, 480);
+    EXPECT_EQ(table->cellForRow(0)->contentView()->frame(), (CGRect { 59, 0, 362, 50 }));
+    scrollToEnd();
+    ASSERT_TRUE(table->cellForRow(99));
+    EXPECT_EQ(table->cellForRow(99)->convertTo(CGPoint { 0, 50 }, nullptr).y, 299) << "clear of the home indicator";
+    UIScreen::main().setGeometry({ 320, 480 }, {});
+}
+
+TEST_F(UITableViewTest, standsASourceThatLies)
+{
+    show(50);
+    scrollTo(1500);
+    show(2);
+    EXPECT_EQ(table->contentOffset().y, 0);
+    expectCovered();
+    show(-5);
+    EXPECT_EQ(takeLines().size(), 1u);
+    EXPECT_TRUE(table->indicesForVisibleRows().empty());
+
+    source->kind = "never registered";
+    show(1);
+    EXPECT_EQ(takeLines().size(), 3u) << "no such kind, no cell, no height";
+    source->kind = "row";
+    show(1);
+    source->height = [](int) { return 0.0; };
+    show(0);
+    show(1);
+    EXPECT_EQ(takeLines().size(), 1u);
+    EXPECT_EQ(table->cellForRow(0)->frame().height, 40);
+
+    const auto other = std::make_shared<Rows>();
+    other->count = 3;
+    auto passing = std::make_shared<Rows>();
+    passing->count = 3;
+    table->setDataSource(passing);
+    makeFrame();
+    passing = nullptr;
+    table->reloadData();
+    makeFrame();
+    EXPECT_TRUE(table->indicesForVisibleRows().empty());
+}
+
+TEST(RowHeightsTest, addUpToTheirOffsets)
+{
+    RowHeights heights;
+    heights.setCount(1000);
+    heights.setEstimate(40);
+    srand48(7);
+    for (int i = 0; i < 300; ++i)
+        heights.set(int(drand48() * 1000), 10 + drand48() * 100);
+    heights.shift(3);
+    heights.setCount(900);
+    double sum = 0;
+    for (int row = 0; row < 900; ++row) {
+        ASSERT_NEAR(heights.offset(row), sum, 1e-6);
+        ASSERT_EQ(heights.rowAt(sum + heights.height(row) / 2), row);
+        sum += heights.height(row);
+    }
+    EXPECT_NEAR(heights.total(), sum, 1e-6);
+    EXPECT_EQ(heights.rowAt(-5), 0);
+    EXPECT_EQ(heights.rowAt(1e9), 899);
+}
+
+} // namespace
+} // namespace platform
