@@ -28,8 +28,7 @@ struct WindowEvent {
     Kind kind = Kind::closed;
     int finger = 0; // 0: the mouse or the first finger
     CGPoint point; // window points
-    double dx = 0, dy = 0; // of a wheel, in points: positive ones ask for what lies to the left or above
-    bool precise = false; // of a trackpad, whose way is to be followed as it is
+    double dx = 0, dy = 0; // of a wheel, in points: positive ones ask for what lies to the right or below
     char32_t key = 0; // the key's character without shift, or 8, 9, 13, 27 for Backspace, Tab, Return, Escape
     bool command = false; // Control, or the command key, is held
     std::string text; // UTF-8

@@ -103,6 +103,7 @@ void WindowHost::handle(const WindowEvent& event)
     case WindowEvent::Kind::touchesLost:
         return application.cancelTouches(clock.now());
     case WindowEvent::Kind::wheel:
+        application.sendScroll(event.point, event.dx, event.dy);
         return;
     case WindowEvent::Kind::key:
         return event.command ? handleCommand(event.key) : handleKey(event.key);

@@ -217,10 +217,9 @@ private:
     std::optional<WindowEvent> wheelEvent(const SDL_MouseWheelEvent& event) const
     {
         auto turned = touchEvent(WindowEvent::Kind::wheel, 0, point(event.mouseX, event.mouseY));
-        // A trackpad tells parts of a notch. Towards the right is positive there, and away from the viewer.
-        turned->precise = event.preciseX != float(event.x) || event.preciseY != float(event.y);
-        turned->dx = -double(event.preciseX) * wheelStep;
-        turned->dy = double(event.preciseY) * wheelStep;
+        // A trackpad tells parts of a notch. Away from the viewer is positive there.
+        turned->dx = double(event.preciseX) * wheelStep;
+        turned->dy = -double(event.preciseY) * wheelStep;
         return turned;
     }
 

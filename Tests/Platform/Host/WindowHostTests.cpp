@@ -1,0 +1,252 @@
+#include "Platform/Host/WindowHost.h"
+
+#include "Platform/Foundation/MainQueue.h"
+#include "Platform/QuartzCore/CAAnimation.h"
+#include "Platform/UIKit/UIButton.h"
+#include "Platform/UIKit/UIScreen.h"
+#include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UIWindow.h"
+#include "Tests/Support/VirtualDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <sys/resource.h>
+#include <thread>
+
+namespace platform {
+namespace {
+
+using namespace std::chrono_literals;
+
+const UIColor blue(0, 0, 1);
+
+double processorSeconds()
+{
+    rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) { return double(time.tv_sec) + double(time.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+class KeyCatcher final : public UIView {
+public:
+    std::string typed;
+
+    bool canBecomeFirstResponder() const override { return true; }
+    void insertText(const std::string& text) override { typed += text; }
+    void deleteBackward() override { typed += "<"; }
+};
+
+// A window on a display of its own, whose viewer acts on another thread.
+class WindowHostTest : public testing::Test {
+protected:
+    void open(HostDevice model = HostDevice::smallPhone(), int dotsPerInch = 0)
+    {
+        display = std::make_unique<test::VirtualDisplay>(dotsPerInch);
+        ASSERT_TRUE(display->isOpen()) << "Xvfb is missing";
+        std::string problem;
+        host = WindowHost::open("Test", std::move(model), {}, problem);
+        ASSERT_TRUE(host) << problem;
+        window = make<UIWindow>();
+        window->setBackgroundColor(UIColor::white());
+        window->makeKeyAndVisible();
+    }
+
+    // Runs the host until the viewer has done everything.
+    void play(const std::function<void()>& viewer)
+    {
+        std::thread thread([&] {
+            EXPECT_TRUE(display->waitForWindow("Test"));
+            settle();
+            viewer();
+            MainQueue::shared().async([&] { host->stop(); });
+        });
+        host->run();
+        thread.join();
+    }
+
+    // For the viewer: the value of something that belongs to the main thread.
+    template <typename Function> auto onMain(Function function)
+    {
+        std::promise<decltype(function())> promise;
+        MainQueue::shared().async([&] { promise.set_value(function()); });
+        return promise.get_future().get();
+    }
+    // Until the window has taken and shown what has happened.
+    void settle()
+    {
+        for (int i = 0; i < 3; ++i) {
+            std::this_thread::sleep_for(60ms);
+            onMain([] { return 0; });
+        }
+    }
+
+    std::unique_ptr<test::VirtualDisplay> display;
+    std::unique_ptr<WindowHost> host;
+    std::shared_ptr<UIWindow> window;
+};
+
+TEST_F(WindowHostTest, showsTheFrameAndPressesWhatIsClicked)
+{
+    open();
+    const auto button = make<UIButton>();
+    button->setFrame({ 40, 100, 120, 44 });
+    button->setBackgroundColor(UIColor::red());
+    window->addSubview(button);
+    int presses = 0;
+    button->addAction(UIControlEvent::touchUpInside, [&] {
+        ++presses;
+        button->setBackgroundColor(blue);
+    });
+    test::Screenshot before, after;
+    play([&] {
+        before = display->screenshot();
+        display->click(60, 120);
+        settle();
+        after = display->screenshot();
+    });
+    EXPECT_EQ(before.width, 320);
+    EXPECT_EQ(before.height, 568);
+    EXPECT_EQ(before.at(39, 120), 0xffffffu);
+    EXPECT_EQ(before.at(40, 120), 0xff0000u);
+    EXPECT_EQ(presses, 1);
+    EXPECT_EQ(after.at(40, 120), 0x0000ffu);
+}
+
+TEST_F(WindowHostTest, scrollsWhatIsUnderTheWheel)
+{
+    open();
+    const auto scroller = make<UIScrollView>();
+    scroller->setFrame({ 0, 100, 320, 300 });
+    scroller->setContentSize({ 320, 2000 });
+    window->addSubview(scroller);
+    CGPoint down, up;
+    play([&] {
+        display->turnWheel(160, 200, 3);
+        settle();
+        down = onMain([&] { return scroller->contentOffset(); });
+        display->turnWheel(160, 200, -1);
+        display->turnWheel(160, 500, 2); // beside it
+        settle();
+        up = onMain([&] { return scroller->contentOffset(); });
+    });
+    EXPECT_GT(down.y, 100);
+    EXPECT_NEAR(up.y, down.y * 2 / 3, 1) << "three notches down, one up";
+}
+
+TEST_F(WindowHostTest, obeysItsKeysAndTypesTheOthers)
+{
+    open();
+    const auto catcher = make<KeyCatcher>();
+    window->addSubview(catcher);
+    catcher->becomeFirstResponder();
+    test::Screenshot turned;
+    play([&] {
+        display->moveTo(10, 10);
+        for (const char* key : { "d", "l", "r" })
+            display->pressKey(key, true);
+        for (const char* key : { "a", "BackSpace", "Return", "Tab" })
+            display->pressKey(key);
+        settle();
+        turned = display->screenshot();
+    });
+    const auto& state = host->device().state();
+    EXPECT_EQ(state.appearance, UIUserInterfaceStyle::dark);
+    EXPECT_EQ(state.direction, UIUserInterfaceLayoutDirection::rightToLeft);
+    EXPECT_EQ(UIScreen::main().bounds().size(), (CGSize { 568, 320 }));
+    EXPECT_EQ(turned.width, 568);
+    EXPECT_EQ(turned.height, 320);
+    EXPECT_EQ(catcher->typed, "a<\n\t");
+}
+
+TEST_F(WindowHostTest, becomesADeviceOfTheSizeThatItIsDrawnTo)
+{
+    open();
+    test::Screenshot shot;
+    play([&] {
+        for (int width = 400; width <= 900; width += 20)
+            display->resizeWindow(width, 700);
+        settle();
+        shot = display->screenshot();
+    });
+    EXPECT_EQ(host->device().size(), (CGSize { 900, 700 }));
+    EXPECT_EQ(host->device().model().idiom, UIUserInterfaceIdiom::pad);
+    EXPECT_EQ(host->device().safeArea(), UIEdgeInsets {}) << "nothing covers a part of a desktop window";
+    ASSERT_EQ(shot.width, 900);
+    EXPECT_EQ(shot.at(899, 699), 0xffffffu) << "all of it is shown";
+}
+
+TEST_F(WindowHostTest, isSharpOnADisplayOfHighDensity)
+{
+    open(HostDevice::smallPhone(), 192);
+    const auto line = make<UIView>();
+    line->setFrame({ 100, 100, 50, 0.5 });
+    line->setBackgroundColor(UIColor::black());
+    window->addSubview(line);
+    const auto button = make<UIButton>();
+    button->setFrame({ 200, 300, 20, 20 });
+    int presses = 0;
+    button->addAction(UIControlEvent::touchUpInside, [&] { ++presses; });
+    window->addSubview(button);
+    test::Screenshot shot;
+    play([&] {
+        shot = display->screenshot();
+        display->click(410, 610);
+        settle();
+    });
+    EXPECT_EQ(host->device().model().scale, 2);
+    EXPECT_EQ(shot.width, 640);
+    EXPECT_EQ(shot.at(220, 199), 0xffffffu);
+    EXPECT_EQ(shot.at(220, 200), 0x000000u) << "half a point is a pixel";
+    EXPECT_EQ(shot.at(220, 201), 0xffffffu);
+    EXPECT_EQ(presses, 1);
+}
+
+TEST_F(WindowHostTest, sleepsWhileNothingHappensAndWhileItIsHidden)
+{
+    open();
+    double still = 0, moving = 0, hidden = 0;
+    const auto spent = [](auto length) {
+        const double before = processorSeconds();
+        std::this_thread::sleep_for(length);
+        return processorSeconds() - before;
+    };
+    const auto box = make<UIView>();
+    box->setFrame({ 0, 0, 300, 300 });
+    box->setBackgroundColor(UIColor::red());
+    window->addSubview(box);
+    test::Screenshot shownAgain;
+    play([&] {
+        still = spent(1s);
+        onMain([&] {
+            const auto animation = CABasicAnimation::withKeyPath("opacity");
+            animation->fromValue = 0.0;
+            animation->toValue = 1.0;
+            animation->duration = 0.3;
+            animation->repeatCount = 1e9;
+            box->layer()->addAnimation(animation, "pulse");
+            return 0;
+        });
+        moving = spent(500ms);
+        display->hideWindow();
+        settle();
+        hidden = spent(1s);
+        onMain([&] {
+            box->layer()->removeAllAnimations();
+            box->setBackgroundColor(blue);
+            return 0;
+        });
+        display->showWindow();
+        settle();
+        shownAgain = display->screenshot();
+    });
+    EXPECT_LT(still, 0.002);
+    EXPECT_GT(moving, 0.002) << "the measurement sees work";
+    EXPECT_LT(hidden, 0.002);
+    EXPECT_EQ(shownAgain.at(10, 10), 0x0000ffu);
+}
+
+} // namespace
+} // namespace platform
