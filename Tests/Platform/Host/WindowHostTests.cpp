@@ -8,6 +8,7 @@
 #include "Platform/UIKit/UIWindow.h"
 #include "Tests/Support/VirtualDisplay.h"
 
+#include <SDL_events.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -134,6 +135,38 @@ TEST_F(WindowHostTest, scrollsWhatIsUnderTheWheel)
     });
     EXPECT_GT(down.y, 100);
     EXPECT_NEAR(up.y, down.y * 2 / 3, 1) << "three notches down, one up";
+}
+
+// As a touch screen's driver tells them: large identifiers, places as parts of the window.
+TEST_F(WindowHostTest, takesSeveralFingersAtOnce)
+{
+    open();
+    std::string presses;
+    std::vector<std::shared_ptr<UIButton>> buttons;
+    for (const auto& [name, y] : { std::pair { 'a', 100.0 }, { 'b', 300.0 } }) {
+        buttons.push_back(make<UIButton>());
+        buttons.back()->setFrame({ 40, y, 240, 100 });
+        buttons.back()->addAction(UIControlEvent::touchUpInside, [&presses, name = name] { presses += name; });
+        window->addSubview(buttons.back());
+    }
+    const auto touch = [&](std::uint32_t kind, SDL_FingerID finger, float y) {
+        SDL_Event event {};
+        event.type = kind;
+        event.tfinger.fingerId = finger;
+        event.tfinger.x = 0.5F;
+        event.tfinger.y = y / 568;
+        onMain([&] { return SDL_PushEvent(&event); });
+        settle();
+    };
+    play([&] {
+        touch(SDL_FINGERDOWN, 0x100000001, 150);
+        touch(SDL_FINGERDOWN, 0x200000001, 350);
+        touch(SDL_FINGERUP, 0x200000001, 350);
+        touch(SDL_FINGERDOWN, 0x300000001, 350);
+        touch(SDL_FINGERUP, 0x100000001, 150);
+        touch(SDL_FINGERUP, 0x300000001, 350);
+    });
+    EXPECT_EQ(presses, "bab");
 }
 
 TEST_F(WindowHostTest, obeysItsKeysAndTypesTheOthers)
