@@ -56,9 +56,9 @@ void MVBroadcastBaseTableCell::applyStyling()
     broadcastImageView | mv::setContentMode(UIViewContentMode::scaleAspectFill) | mv::setLayerMaskToBound(true)
         | mv::setBackgroundColor(MVColor::systemGray5());
     broadcastNameLabel | mv::setBackgroundColor(UIColor::clear()) | mv::setTitleColor(MVColor::primaryTextColor())
-        | mv::setFont(MVFont::normalSizeSemiBoldFont()) | mv::setTextAlignMent(NSTextAlignment::natural) | mv::setNumberOfLine(2);
+        | mv::setFont(MVFont::normalSizeSemiBoldFont()) | mv::setTextAlignMent(NSTextAlignment::left) | mv::setNumberOfLine(2);
     descriptionLabel | mv::setBackgroundColor(UIColor::clear()) | mv::setTitleColor(MVColor::secondaryTextColor())
-        | mv::setFont(MVFont::mediumSizeRegularFont()) | mv::setTextAlignMent(NSTextAlignment::natural) | mv::setNumberOfLine(2);
+        | mv::setFont(MVFont::mediumSizeRegularFont()) | mv::setTextAlignMent(NSTextAlignment::left) | mv::setNumberOfLine(2);
     dateTimeStackView | mv::setAxis(NSLayoutConstraintAxis::horizontal) | mv::setDistributionMode(UIStackViewDistribution::fill)
         | mv::setAlignmentMode(UIStackViewAlignment::fill) | mv::setSpacing(0) | mv::setBackgroundColor(UIColor::clear());
     dateTimeView | mv::setBackgroundColor(UIColor::clear()) | mv::updateImage(getImage("calendarIcon"))
