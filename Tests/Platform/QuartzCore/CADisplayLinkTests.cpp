@@ -14,7 +14,7 @@ TEST(CADisplayLinkTest, runsEveryFrameUntilItIsStopped)
     std::vector<double> times;
     const auto link = make<CADisplayLink>([&](double time) { times.push_back(time); });
     LayerCommitter::finishAnimations(1);
-    EXPECT_FALSE(LayerCommitter::hasRunningAnimations());
+    EXPECT_FALSE(CADisplayLink::anyRuns());
     link->start();
     link->start();
     EXPECT_TRUE(LayerCommitter::needsFrame());
@@ -24,7 +24,7 @@ TEST(CADisplayLinkTest, runsEveryFrameUntilItIsStopped)
     link->stop();
     LayerCommitter::finishAnimations(4);
     EXPECT_EQ(times, (std::vector<double> { 2, 3 }));
-    EXPECT_FALSE(LayerCommitter::hasRunningAnimations());
+    EXPECT_FALSE(CADisplayLink::anyRuns());
 }
 
 TEST(CADisplayLinkTest, mayEndItselfAndOthersInACall)
@@ -42,7 +42,7 @@ TEST(CADisplayLinkTest, mayEndItselfAndOthersInACall)
     LayerCommitter::finishAnimations(5);
     LayerCommitter::finishAnimations(6);
     EXPECT_EQ(calls, 1);
-    EXPECT_FALSE(LayerCommitter::hasRunningAnimations());
+    EXPECT_FALSE(CADisplayLink::anyRuns());
 }
 
 } // namespace
