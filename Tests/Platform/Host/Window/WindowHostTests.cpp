@@ -275,9 +275,10 @@ TEST_F(WindowHostTest, sleepsWhileNothingHappensAndWhileItIsHidden)
         settle();
         shownAgain = display->screenshot();
     });
-    EXPECT_LT(still, 0.002);
+    // In twice the time; a display server's own messages cost a little.
+    EXPECT_LT(still, moving / 4);
     EXPECT_GT(moving, 0.002) << "the measurement sees work";
-    EXPECT_LT(hidden, 0.002);
+    EXPECT_LT(hidden, moving / 4);
     EXPECT_EQ(shownAgain.at(10, 10), 0x0000ffu);
 }
 
