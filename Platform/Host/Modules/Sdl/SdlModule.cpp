@@ -265,9 +265,14 @@ class Sdl final : public SdlModule {
 public:
     std::unique_ptr<NativeWindow> open(const std::string& title, CGSize size, std::string& problem) override
     {
+        const bool hasWayland = std::getenv("WAYLAND_DISPLAY") != nullptr;
+        if (!hasWayland && !std::getenv("DISPLAY")) {
+            problem = "there is no display";
+            return nullptr;
+        }
         SDL_SetMainReady();
         SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-        SDL_SetHint(SDL_HINT_VIDEODRIVER, "x11,wayland");
+        SDL_SetHint(SDL_HINT_VIDEODRIVER, hasWayland ? "x11,wayland" : "x11"); // Wayland complains where it is not
         SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
         if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
             problem = SDL_GetError();
