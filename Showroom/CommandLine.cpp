@@ -50,6 +50,10 @@ bool takeOption(CommandLine& line, const std::string& option, const std::string&
         (option == "--png" ? line.pictureFile : line.treeFile) = word;
         return true;
     }
+    if (option == "--out" && line.command == CommandLine::Command::tour) {
+        line.folder = word;
+        return true;
+    }
     problem = "\"" + option + "\" is no option";
     return false;
 }
@@ -61,8 +65,8 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& wo
     CommandLine line;
     std::size_t next = 0;
     if (!words.empty() && !words[0].starts_with("--")) {
-        const std::map<std::string, Command> commands
-            = { { "scenes", Command::listScenes }, { "scene", Command::scene }, { "help", Command::help } };
+        const std::map<std::string, Command> commands = { { "scenes", Command::listScenes }, { "scene", Command::scene },
+            { "tour", Command::tour }, { "help", Command::help } };
         if (!choose("the command", words[next++], commands, line.command, problem))
             return std::nullopt;
     } else if (!words.empty() && words[0] == "--help") {
@@ -82,6 +86,10 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& wo
     }
     while (next < words.size()) {
         const auto& option = words[next++];
+        if (option == "--video" && line.command == Command::tour) {
+            line.withFilm = true;
+            continue;
+        }
         if (next == words.size()) {
             problem = option + ": a word is missing after it";
             return std::nullopt;
@@ -94,12 +102,15 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& wo
 
 const char* CommandLine::usage()
 {
-    return "showroom                  opens the shop in a window; without a display it writes pictures to ./Pictures\n"
+    return "showroom                  opens the shop in a window; without a display it plays the tour into ./Pictures\n"
            "showroom scenes           lists the scenes\n"
            "showroom scene NAME       brings the shop into that state\n"
            "    --png FILE            writes the picture\n"
            "    --tree FILE           writes the view tree as JSON\n"
-           "Options of both:\n"
+           "showroom tour             plays what there is without a display: pictures and a log of events\n"
+           "    --out FOLDER          where they go, instead of ./Pictures\n"
+           "    --video               films it as tour.mp4\n"
+           "Options of all:\n"
            "    --device phone|small|tablet       --orientation portrait|landscape\n"
            "    --appearance light|dark           --direction ltr|rtl\n";
 }

@@ -10,13 +10,15 @@ namespace showroom {
 
 // What the words after the program's name ask for.
 struct CommandLine {
-    enum class Command { shop, listScenes, scene, help };
+    enum class Command { shop, listScenes, scene, tour, help };
     Command command = Command::shop;
     std::string scene; // the scene's name
     platform::HostDevice device = platform::HostDevice::phone();
     platform::DeviceState state;
     std::string pictureFile; // empty: none
     std::string treeFile;
+    std::string folder = "Pictures"; // where a tour leaves what it made
+    bool withFilm = false;
 
     // Nothing when they cannot be understood; `problem` then says in one line why.
     static std::optional<CommandLine> parse(const std::vector<std::string>& words, std::string& problem);

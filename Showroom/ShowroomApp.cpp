@@ -7,25 +7,44 @@
 #include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
+#include "Showroom/Home/HomeViewController.h"
+#include "Showroom/Scenes/GalleryViewController.h"
 #include "Showroom/Service/CannedService.h"
 
 namespace showroom {
 
 using namespace platform;
 
+namespace {
+
+// The shows' words in the viewer's language, where the shop has them.
+void translate(Scenario& scenario)
+{
+    const auto inViewersLanguage = [](std::optional<std::string>& text, const std::string& key) {
+        if (text)
+            text = Bundle::mainBundle().localizedString(key, *text, "Shows");
+    };
+    for (auto& show : scenario.broadcasts) {
+        inViewersLanguage(show.title, show.id + ".title");
+        inViewersLanguage(show.description, show.id + ".description");
+    }
+}
+
+} // namespace
+
 ShowroomApp::ShowroomApp(const DeviceState& state)
 {
     Folders::setApplicationName("mivora-showroom");
     Bundle::setMainBundle(Folders::executable() + "/Showroom.bundle");
-    if (state.direction == UIUserInterfaceLayoutDirection::rightToLeft)
-        Locale::setCurrent(Locale { "ar_AE" });
+    const bool rightToLeft = state.direction == UIUserInterfaceLayoutDirection::rightToLeft;
+    Locale::setCurrent(rightToLeft ? std::optional(Locale { "ar_AE" }) : std::nullopt);
     UIApplication::shared().setSupportedInterfaceOrientations(UIInterfaceOrientationMask::all);
 }
 
 ShowroomApp::~ShowroomApp()
 {
-    if (service)
-        service->stop();
+    if (service_)
+        service_->stop();
     mv::Mivora::install(nullptr);
     mv::MVVideoStreamService::install(nullptr);
 }
@@ -37,12 +56,28 @@ void ShowroomApp::show(std::shared_ptr<UIViewController> controller)
     window->makeKeyAndVisible();
 }
 
-void ShowroomApp::installService()
+void ShowroomApp::installService(const std::function<void(Scenario&)>& change)
 {
     const auto& bundle = Bundle::mainBundle().bundlePath();
-    service = std::make_shared<CannedService>(
-        Scenario::load(bundle + "/Scenarios/shop.json", URL::fileURL(bundle).absoluteString() + "/"));
-    service->install();
+    auto scenario = Scenario::load(bundle + "/Scenarios/shop.json", URL::fileURL(bundle).absoluteString() + "/");
+    translate(scenario);
+    if (change)
+        change(scenario);
+    service_ = std::make_shared<CannedService>(std::move(scenario));
+    service_->install();
+}
+
+void ShowroomApp::openShop()
+{
+    if (!service_)
+        installService();
+    const auto home = make<HomeViewController>();
+    home->onPressLiveShows = [this] {
+        const auto gallery = make<GalleryViewController>();
+        show(gallery);
+        gallery->startReactions();
+    };
+    show(home);
 }
 
 } // namespace showroom

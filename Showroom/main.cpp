@@ -2,9 +2,9 @@
 #include "Platform/Host/ViewTree.h"
 #include "Platform/Host/WindowHost.h"
 #include "Showroom/CommandLine.h"
-#include "Showroom/Scenes/GalleryViewController.h"
 #include "Showroom/Scenes/Scene.h"
 #include "Showroom/ShowroomApp.h"
+#include "Showroom/Tour/Tour.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -38,42 +38,28 @@ bool writeScene(const CommandLine& line)
     return written;
 }
 
-// All scenes on all devices in both appearances, for who has no display.
-int writePictures(CommandLine line)
+int leaveTour(const CommandLine& line)
 {
-    const auto folder = std::filesystem::current_path() / "Pictures";
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    for (const auto& scene : allScenes()) {
-        for (const auto& device : { HostDevice::phone(), HostDevice::smallPhone(), HostDevice::tablet() }) {
-            for (const auto appearance : { UIUserInterfaceStyle::light, UIUserInterfaceStyle::dark }) {
-                line.scene = scene.name;
-                line.device = device;
-                line.state.appearance = appearance;
-                const char* ending = appearance == UIUserInterfaceStyle::dark ? "-dark.png" : "-light.png";
-                line.pictureFile = folder / (line.scene + "-" + device.name + ending);
-                if (!writeScene(line))
-                    return 1;
-            }
-        }
-    }
-    std::printf("There is no display; pictures are in %s\n", folder.c_str());
-    return 0;
+    HeadlessHost host(line.device, line.state);
+    ShowroomApp app(line.state);
+    const bool whole = playTour(app, host, line.folder, line.withFilm);
+    const auto folder = std::filesystem::absolute(line.folder).lexically_normal().string();
+    std::printf("Pictures, events.jsonl%s are in %s\n", line.withFilm ? " and tour.mp4" : "", folder.c_str());
+    return whole ? 0 : 1;
 }
 
-int openShop(const CommandLine& line)
+int openShop(CommandLine line)
 {
     std::string problem;
     const auto host = WindowHost::open("Lumen Lane", line.device, line.state, problem);
     if (!host) {
-        std::printf("No window: %s.\n", problem.c_str());
-        return writePictures(line);
+        std::printf("No window: %s. A tour of the shop is played instead.\n", problem.c_str());
+        std::fflush(stdout);
+        line.withFilm = true;
+        return leaveTour(line);
     }
     ShowroomApp app(line.state);
-    app.installService();
-    const auto gallery = make<GalleryViewController>();
-    app.show(gallery);
-    gallery->startReactions();
+    app.openShop();
     host->run();
     return 0;
 }
@@ -98,6 +84,8 @@ int main(int count, char** words)
         return 0;
     case CommandLine::Command::scene:
         return writeScene(*line) ? 0 : 1;
+    case CommandLine::Command::tour:
+        return leaveTour(*line);
     case CommandLine::Command::shop:
         return openShop(*line);
     }

@@ -19,12 +19,19 @@ void showGallery(ShowroomApp& app, HeadlessHost& host)
     host.advance(2.6); // the first reactions are near the top by then, the last ones just leave
 }
 
+void showHome(ShowroomApp& app, HeadlessHost& host)
+{
+    app.openShop();
+    host.advance(1);
+}
+
 } // namespace
 
 const std::vector<Scene>& allScenes()
 {
     static const std::vector<Scene> scenes = {
         { "gallery", showGallery },
+        { "home", showHome },
     };
     return scenes;
 }

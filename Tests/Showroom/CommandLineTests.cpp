@@ -23,18 +23,33 @@ TEST(CommandLine, readsASceneWithItsOptions)
     EXPECT_EQ(CommandLine::parse({ "--appearance", "dark" }, problem)->command, CommandLine::Command::shop);
 }
 
+TEST(CommandLine, readsATourWithItsOptions)
+{
+    std::string problem;
+    const auto line = CommandLine::parse({ "tour", "--video", "--out", "a b", "--device", "small" }, problem);
+    ASSERT_TRUE(line) << problem;
+    EXPECT_EQ(line->command, CommandLine::Command::tour);
+    EXPECT_EQ(line->folder, "a b");
+    EXPECT_TRUE(line->withFilm);
+    EXPECT_EQ(line->device.name, "small");
+    EXPECT_FALSE(CommandLine::parse({ "tour" }, problem)->withFilm);
+}
+
 TEST(CommandLine, saysInOneLineWhatItCannotUnderstand)
 {
     const struct {
         std::vector<std::string> words;
         const char* problem;
     } cases[] = {
-        { { "dance" }, "the command \"dance\" is not one of: help scene scenes" },
+        { { "dance" }, "the command \"dance\" is not one of: help scene scenes tour" },
         { { "scene" }, "scene: which one? \"showroom scenes\" lists them" },
         { { "scene", "moon" }, "there is no scene \"moon\"; \"showroom scenes\" lists them" },
         { { "scene", "gallery", "--device", "watch" }, "--device \"watch\" is not one of: phone small tablet" },
         { { "scene", "gallery", "--appearance", "pink" }, "--appearance \"pink\" is not one of: dark light" },
         { { "scene", "gallery", "--png" }, "--png: a word is missing after it" },
+        { { "tour", "--out" }, "--out: a word is missing after it" },
+        { { "scene", "gallery", "--video" }, "--video: a word is missing after it" },
+        { { "--out", "x" }, "\"--out\" is no option" },
         { { "--volume", "3" }, "\"--volume\" is no option" },
     };
     for (const auto& c : cases) {

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Platform/Foundation/JSON.h"
+#include "Platform/Host/HeadlessHost.h"
+#include "Platform/Host/ScreenRecorder.h"
+
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace showroom {
+
+class CannedService;
+
+using namespace platform;
+
+// Uses a shop that nobody sees as a viewer would, and keeps what happens in a folder: pictures, numbered in their order, a log of
+// events in JSON, one a line, and on request a film. Main thread.
+class TourGuide {
+public:
+    // The folder exists. The service tells in the log what it is asked; null: it does not.
+    TourGuide(HeadlessHost& host, std::string folder, bool withFilm, const CannedService* service);
+
+    void wait(double seconds);
+    // False, after a line in the log, when there is nothing of that name or text on the screen.
+    bool tap(std::string_view nameOrText);
+    // A finger that goes from one part of the screen to another (0 to 1 from its leading top) within so many seconds.
+    void drag(CGPoint from, CGPoint to, double seconds);
+    void rotate(UIDeviceOrientation orientation);
+    void setAppearance(UIUserInterfaceStyle appearance);
+    void setDirection(UIUserInterfaceLayoutDirection direction);
+    // Writes what is on the screen as NUMBER-NAME.png.
+    void takePicture(const std::string& name);
+    // A remark in the log.
+    void note(const std::string& what);
+
+    // False when something that was to be tapped was not there or a file could not be written.
+    bool finish();
+    int pictureCount() const { return pictures; }
+
+private:
+    void log(const char* event, JSONObject detail);
+    void logCalls();
+    void pass(double seconds);
+
+    HeadlessHost& host;
+    const std::string folder;
+    const CannedService* service;
+    std::ofstream events;
+    std::unique_ptr<ScreenRecorder> film;
+    std::optional<CGPoint> finger; // where it touches
+    std::size_t loggedCalls = 0;
+    long filmed = 0; // frames
+    int pictures = 0;
+    bool faultless = true;
+};
+
+} // namespace showroom

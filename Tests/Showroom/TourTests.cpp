@@ -1,0 +1,139 @@
+#include "Showroom/Tour/Tour.h"
+#include "Showroom/Tour/TourGuide.h"
+
+#include "Platform/Foundation/JSON.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/UIKit/UIButton.h"
+#include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UIWindow.h"
+#include "Service/Mivora.h"
+#include "Showroom/ShowroomApp.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+namespace showroom {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TourTest : public testing::Test {
+protected:
+    TourTest() { fs::create_directories(folder); }
+    ~TourTest() override { fs::remove_all(folder); }
+
+    std::vector<JSONValue> events() const
+    {
+        std::vector<JSONValue> result;
+        std::ifstream file(folder / "events.jsonl");
+        for (std::string line; std::getline(file, line);) {
+            const auto event = JSONValue::parse(line);
+            EXPECT_TRUE(event) << line;
+            result.push_back(event.value_or(JSONValue()));
+        }
+        return result;
+    }
+    std::size_t countFiles(const std::string& extension) const
+    {
+        return std::size_t(std::count_if(fs::directory_iterator(folder), fs::directory_iterator(),
+            [&](const auto& entry) { return entry.path().extension() == extension; }));
+    }
+
+    const fs::path folder = fs::temp_directory_path() / ("tour of " + std::to_string(getpid()));
+};
+
+TEST_F(TourTest, findsEverythingThatItsStoryTouches)
+{
+    HeadlessHost host(HostDevice::smallPhone());
+    ShowroomApp app(host.device().state());
+    EXPECT_TRUE(playTour(app, host, folder, false));
+    std::size_t pictures = 0, taps = 0;
+    double time = 0;
+    for (const auto& event : events()) {
+        EXPECT_NE(event["event"].text(), "missing") << event.print(JSONStyle::compact);
+        EXPECT_GE(*event["at"].number(), time);
+        time = *event["at"].number();
+        pictures += event["event"].text() == "picture" && fs::file_size(folder / *event["file"].text()) > 0;
+        taps += event["event"].text() == "tap";
+    }
+    EXPECT_GE(pictures, 6u);
+    EXPECT_EQ(countFiles(".png"), pictures);
+    EXPECT_EQ(taps, 2u);
+}
+
+TEST_F(TourTest, saysWhatItDoesNotFind)
+{
+    HeadlessHost host(HostDevice::smallPhone());
+    const auto window = platform::make<UIWindow>();
+    const auto shown = platform::make<UIButton>(), hidden = platform::make<UIButton>();
+    shown->setAccessibilityIdentifier("shown");
+    shown->setFrame({ 10, 30, 50, 50 });
+    hidden->setAccessibilityIdentifier("hidden");
+    hidden->setFrame({ 10, 600, 50, 50 }); // below the screen
+    window->addSubview(shown);
+    window->addSubview(hidden);
+    window->makeKeyAndVisible();
+    int presses = 0;
+    shown->addAction(UIControlEvent::touchUpInside, [&] { ++presses; });
+
+    const LogCapture console;
+    TourGuide guide(host, folder, false, nullptr);
+    EXPECT_TRUE(guide.tap("shown"));
+    EXPECT_FALSE(guide.tap("hidden"));
+    EXPECT_FALSE(guide.finish());
+    EXPECT_EQ(presses, 1);
+    EXPECT_EQ(console.lines(), std::vector<std::string> { "tour: there is no \"hidden\" on the screen to tap" });
+    const auto log = events();
+    ASSERT_EQ(log.size(), 3u);
+    EXPECT_EQ(log[1]["event"].text(), "missing");
+    EXPECT_EQ(log[1]["view"].text(), "hidden");
+}
+
+TEST_F(TourTest, dragsAFingerAndTellsWhatTheServiceIsAsked)
+{
+    HeadlessHost host(HostDevice::smallPhone());
+    ShowroomApp app(host.device().state());
+    app.openShop();
+    const auto window = platform::make<UIWindow>();
+    const auto scroller = platform::make<UIScrollView>();
+    scroller->setFrame({ 0, 0, 320, 568 });
+    scroller->setContentSize({ 320, 3000 });
+    window->addSubview(scroller);
+    window->makeKeyAndVisible();
+
+    TourGuide guide(host, folder, true, app.service());
+    guide.drag({ 0.5, 0.8 }, { 0.5, 0.3 }, 0.3);
+    guide.wait(2);
+    mv::Mivora::getBroadcast("glow-bar", [](const auto&, const auto&) {});
+    guide.wait(1);
+    EXPECT_TRUE(guide.finish());
+    EXPECT_GT(scroller->contentOffset().y, 200);
+    const auto log = events();
+    ASSERT_EQ(log.size(), 3u);
+    EXPECT_EQ(log[0]["from"][1].number(), 454.4);
+    EXPECT_EQ(log[0]["to"][1].number(), 170.4);
+    EXPECT_EQ(log[1]["service"].text(), "getBroadcast glow-bar");
+    EXPECT_EQ(log[2]["filmFrames"].number(), 99) << "3.3 seconds";
+}
+
+// The program itself, as `make run` starts it where there is no display.
+TEST_F(TourTest, isPlayedWhereThereIsNoDisplay)
+{
+    const auto program = fs::current_path() / "showroom";
+    ASSERT_TRUE(fs::exists(program));
+    const auto command = "cd '" + folder.string() + "' && env -u DISPLAY -u WAYLAND_DISPLAY '" + program.string()
+        + "' --device small > said.txt 2> console.txt";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::ifstream file(folder / "said.txt");
+    const std::string said((std::istreambuf_iterator<char>(file)), {});
+    EXPECT_NE(said.find("tour.mp4 are in " + (folder / "Pictures").string()), std::string::npos) << said;
+    EXPECT_EQ(fs::file_size(folder / "console.txt"), 0u);
+    EXPECT_GT(fs::file_size(folder / "Pictures/tour.mp4"), 50'000u);
+    EXPECT_TRUE(fs::exists(folder / "Pictures/01-home.png"));
+}
+
+} // namespace
+} // namespace showroom
