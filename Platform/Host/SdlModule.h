@@ -31,6 +31,7 @@ struct WindowEvent {
     double dx = 0, dy = 0; // of a wheel, in points: positive ones ask for what lies to the right or below
     char32_t key = 0; // the key's character without shift, or 8, 9, 13, 27 for Backspace, Tab, Return, Escape
     bool command = false; // Control, or the command key, is held
+    bool shift = false; // is held
     std::string text; // UTF-8
 };
 

@@ -24,6 +24,7 @@ constexpr double frameLength = 1.0 / 60; // seconds
 constexpr char32_t backspace = 8;
 constexpr char32_t tab = 9;
 constexpr char32_t enter = 13;
+constexpr char32_t escape = 27;
 constexpr double forever = std::numeric_limits<double>::infinity();
 
 // The desktop shows a device at the window's own density, in the model's size.
@@ -106,7 +107,7 @@ void WindowHost::handle(const WindowEvent& event)
         application.sendScroll(event.point, event.dx, event.dy);
         return;
     case WindowEvent::Kind::key:
-        return event.command ? handleCommand(event.key) : handleKey(event.key);
+        return event.command ? handleCommand(event.key) : handleKey(event.key, event.shift);
     case WindowEvent::Kind::text:
         return application.sendText(event.text);
     case WindowEvent::Kind::resized:
@@ -130,13 +131,17 @@ void WindowHost::handle(const WindowEvent& event)
     }
 }
 
-void WindowHost::handleKey(char32_t key)
+void WindowHost::handleKey(char32_t key, bool shift)
 {
     auto& application = UIApplication::shared();
     if (key == backspace)
         application.sendDeleteBackward();
-    else if (key == enter || key == tab)
-        application.sendText(key == enter ? "\n" : "\t");
+    else if (key == enter)
+        application.sendKey(UIKey::enter);
+    else if (key == tab)
+        application.sendKey(shift ? UIKey::backTab : UIKey::tab);
+    else if (key == escape)
+        application.sendKey(UIKey::escape);
 }
 
 void WindowHost::handleCommand(char32_t key)

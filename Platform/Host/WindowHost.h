@@ -33,7 +33,7 @@ private:
     bool open(const URL& url) override;
     void setIdleTimerDisabled(bool disabled) override { window->keepAwake(disabled); }
     void handle(const WindowEvent& event);
-    void handleKey(char32_t key);
+    void handleKey(char32_t key, bool shift);
     void handleCommand(char32_t key);
     void followWindow();
     void fitWindow();

@@ -5,6 +5,7 @@
 #include "Platform/Foundation/URL.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
 #include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
 
 #include <algorithm>
@@ -139,6 +140,22 @@ void UIApplication::sendDeleteBackward()
 {
     if (const auto responder = firstResponder())
         responder->deleteBackward();
+}
+
+void UIApplication::sendKey(UIKey key)
+{
+    const auto window = keyWindow();
+    const auto top = window ? window->topmostController() : nullptr;
+    const bool presented = top && top != window->rootViewController();
+    if (presented && top->pressKey(key))
+        return;
+    std::shared_ptr<UIResponder> responder = firstResponder();
+    if (!responder)
+        responder = presented ? nullptr : top;
+    if (responder && responder->pressKey(key))
+        return;
+    if (key == UIKey::enter || key == UIKey::tab)
+        sendText(key == UIKey::enter ? "\n" : "\t");
 }
 
 } // namespace platform

@@ -73,4 +73,10 @@ void UIResponder::deleteBackward()
         next->deleteBackward();
 }
 
+bool UIResponder::pressKey(UIKey key)
+{
+    auto* next = nextResponder();
+    return next && next->pressKey(key);
+}
+
 } // namespace platform

@@ -14,6 +14,9 @@ class UITouch;
 // The touches that one call is about; never empty.
 using UITouches = std::vector<std::shared_ptr<UITouch>>;
 
+// Keys that do something other than typing a character.
+enum class UIKey : unsigned char { enter, escape, tab, backTab };
+
 // Something in the chain along which touches travel: a view, its controller, the superview ..., the window, the application. What
 // a responder does not handle goes to the next one.
 class UIResponder : public NSObject {
@@ -33,6 +36,8 @@ public:
     // Typed text, UTF-8, and the key that takes the last character back. What is not handled goes along the chain.
     virtual void insertText(const std::string& text);
     virtual void deleteBackward();
+    // False when nothing along the chain does anything with that key.
+    virtual bool pressKey(UIKey key);
 };
 
 } // namespace platform

@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/UIKit/ClassName.h"
+#include "Platform/UIKit/UIPresentationController.h"
 #include "Platform/UIKit/UIScreen.h"
 #include "Platform/UIKit/UIView.h"
 #include "Platform/UIKit/UIWindow.h"
@@ -24,6 +25,8 @@ UIViewController::~UIViewController()
         view_->viewController_ = nullptr;
     for (const auto& child : children_)
         child->parent_ = nullptr;
+    if (presentation)
+        presentation->presenting = nullptr;
 }
 
 const std::shared_ptr<UIView>& UIViewController::view()
@@ -47,6 +50,13 @@ void UIViewController::setView(std::shared_ptr<UIView> view)
     view_ = std::move(view);
     if (view_)
         view_->viewController_ = this;
+}
+
+void UIViewController::setTitle(std::string title)
+{
+    title_ = std::move(title);
+    if (parent_)
+        parent_->titleDidChange(*this);
 }
 
 const UITraitCollection& UIViewController::traitCollection() const
@@ -85,8 +95,7 @@ void UIViewController::removeFromParent()
 
 void UIViewController::beginAppearanceTransition(bool appearing, bool animated)
 {
-    const bool shown = appearance == Appearance::appearing || appearance == Appearance::appeared;
-    if (shown == appearing)
+    if (isShown() == appearing)
         return;
     const auto keep = weak(this).lock();
     appearance = appearing ? Appearance::appearing : Appearance::disappearing;
@@ -99,7 +108,7 @@ void UIViewController::beginAppearanceTransition(bool appearing, bool animated)
     }
     const auto list = children_;
     for (const auto& child : list)
-        if (child->isViewLoaded() && child->view_->superview())
+        if (child->isViewLoaded() && showsChild(*child))
             child->beginAppearanceTransition(appearing, animated);
 }
 
@@ -117,17 +126,21 @@ void UIViewController::endAppearanceTransition()
     const auto list = children_;
     for (const auto& child : list)
         child->endAppearanceTransition();
+    passage = Passage::none;
 }
+
+bool UIViewController::showsChild(const UIViewController& child) const { return child.view_ && child.view_->superview(); }
 
 // A child whose view comes or goes while its parent is on the screen. One without a parent is told by whoever shows it.
 void UIViewController::viewMoved(bool toWindow)
 {
-    const bool shown = appearance == Appearance::appearing || appearance == Appearance::appeared;
-    if (!parent_ || shown == toWindow)
+    if (!parent_ || isShown() == toWindow)
+        return;
+    if (toWindow && !(parent_->isShown() && parent_->showsChild(*this)))
         return;
     const Appearance around = parent_->appearance;
-    if (toWindow && around != Appearance::appearing && around != Appearance::appeared)
-        return;
+    if (parent_->view_ && parent_->view_->window()) // else the parent goes, and takes it along
+        passage = toWindow ? Passage::movedIn : Passage::movedOut;
     beginAppearanceTransition(toWindow, false);
     if (around == Appearance::appeared || !toWindow)
         endAppearanceTransition();

@@ -7,11 +7,19 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace platform {
 
+class UINavigationController;
+class UIPresentationController;
+class UITabBarController;
 class UIView;
+
+// Full screen covers the presenter, which disappears; the others lie over it and leave it where it is.
+enum class UIModalPresentationStyle : unsigned char { fullScreen, overFullScreen };
+enum class UIModalTransitionStyle : unsigned char { coverVertical, crossDissolve };
 
 // A change of size under way, as a controller sees it.
 class UIViewControllerTransitionCoordinator final {
@@ -32,7 +40,7 @@ private:
     std::vector<std::function<void()>> completions;
 };
 
-// Owns a tree of views and what they show. A parent keeps its children.
+// Owns a tree of views and what they show. A parent keeps its children, a presenter what it presents. Main thread.
 class UIViewController : public UIResponder {
 public:
     UIViewController() = default;
@@ -42,6 +50,8 @@ public:
     void setView(std::shared_ptr<UIView> view);
     bool isViewLoaded() const { return view_ != nullptr; }
     void loadViewIfNeeded() { view(); }
+    const std::string& title() const { return title_; } // what bars of containers show
+    void setTitle(std::string title);
     const UITraitCollection& traitCollection() const; // its view's, or the screen's before there is one
 
     // Containment. The caller adds and removes the views, and tells the child with didMoveToParent when it is done.
@@ -51,6 +61,30 @@ public:
     void removeFromParent();
     virtual void willMoveToParent(UIViewController* /*parent*/) { }
     virtual void didMoveToParent(UIViewController* /*parent*/) { }
+
+    // Containers that this one or an ancestor sits in; null for none.
+    UINavigationController* navigationController() const;
+    UITabBarController* tabBarController() const;
+
+    // Presentation. The outermost ancestor presents, over everything in its window; one that already presents something, or is
+    // not in a window, does not (one console line). While what it presented is still leaving, the next one waits for that. The
+    // completion runs when the controller has come to rest; a presentation that is refused drops it.
+    void present(const std::shared_ptr<UIViewController>& controller, bool animated, std::function<void()> completion = {});
+    // Takes away what this one or an ancestor presents, with all that lies above; else itself, when it was presented. Does
+    // nothing, and drops the completion, when there is neither.
+    void dismiss(bool animated, std::function<void()> completion = {});
+    // Of this one or the nearest ancestor that has one; null for none. One that is on its way out still counts.
+    std::shared_ptr<UIViewController> presentedViewController() const;
+    UIViewController* presentingViewController() const;
+    UIModalPresentationStyle modalPresentationStyle() const { return presentationStyle; }
+    void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle = style; }
+    UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle; }
+    void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle = style; }
+    // Why it appears or disappears; true only between the will and the did of that.
+    bool isBeingPresented() const { return passage == Passage::presented; }
+    bool isBeingDismissed() const { return passage == Passage::dismissed || (parent_ && parent_->isBeingDismissed()); }
+    bool isMovingToParent() const { return passage == Passage::movedIn; }
+    bool isMovingFromParent() const { return passage == Passage::movedOut; }
 
     // Called by the window or the container that shows and hides this one; goes on to the children on the screen.
     void beginAppearanceTransition(bool appearing, bool animated);
@@ -73,19 +107,38 @@ protected:
     virtual void viewDidLayoutSubviews() { }
     virtual void viewSafeAreaInsetsDidChange() { }
     virtual void traitCollectionDidChange(const UITraitCollection& /*previous*/) { }
+    // How this one is put over its presenter.
+    virtual std::shared_ptr<UIPresentationController> makePresentationController(UIViewController& presenter);
+    virtual void titleDidChange(UIViewController& /*child*/) { } // of a child's, for containers
+    // Whether that child appears and disappears with this one. One whose view is in the tree does, unless a container hides it.
+    virtual bool showsChild(const UIViewController& child) const;
+    bool isShown() const { return appearance == Appearance::appearing || appearance == Appearance::appeared; }
+    // Why the present appearance or disappearance happens; containers say so before they begin it.
+    enum class Passage : unsigned char { none, presented, dismissed, movedIn, movedOut };
+    static void setPassage(UIViewController& controller, Passage passage) { controller.passage = passage; }
 
 private:
+    friend class UIApplication;
+    friend class UIPresentationController;
     friend class UIView;
+    friend class UIWindow;
 
     void viewMoved(bool toWindow);
+    UIViewController& outermostAncestor();
 
     enum class Appearance : unsigned char { disappeared, appearing, appeared, disappearing };
 
     std::shared_ptr<UIView> view_;
+    std::string title_;
     std::vector<std::shared_ptr<UIViewController>> children_;
     Appearance appearance = Appearance::disappeared;
     bool appearanceAnimated = false;
+    Passage passage = Passage::none;
+    UIModalPresentationStyle presentationStyle = UIModalPresentationStyle::fullScreen;
+    UIModalTransitionStyle transitionStyle = UIModalTransitionStyle::coverVertical;
+    std::shared_ptr<UIPresentationController> presentation; // of what this one presents
 
+    UIPresentationController* ownPresentation = nullptr; // that presents this one and clears it
     UIViewController* parent_ = nullptr; // which clears it
 };
 

@@ -3,6 +3,7 @@
 #include "Platform/Foundation/MainQueue.h"
 #include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIGestureRecognizer.h"
+#include "Platform/UIKit/UIPresentationController.h"
 #include "Platform/UIKit/UIScreen.h"
 #include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIViewController.h"
@@ -49,6 +50,8 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
     const auto next = rootViewController_;
     const bool visible = !isHidden();
     if (former) {
+        if (const auto above = former->presentation)
+            above->dismiss(false, {});
         if (visible)
             former->beginAppearanceTransition(false, false);
         if (former->isViewLoaded())
@@ -74,13 +77,21 @@ void UIWindow::makeKeyAndVisible()
     UIApplication::shared().makeKey(*this);
 }
 
+std::shared_ptr<UIViewController> UIWindow::topmostController() const
+{
+    auto controller = rootViewController_;
+    while (controller && controller->presentation)
+        controller = controller->presentation->presentedViewController();
+    return controller;
+}
+
 void UIWindow::setHidden(bool hidden)
 {
     if (hidden == isHidden())
         return;
     UIView::setHidden(hidden);
-    const auto controller = rootViewController_;
-    if (controller)
+    const auto controllers = uncoveredControllers();
+    for (const auto& controller : controllers)
         controller->beginAppearanceTransition(!hidden, false);
     if (hidden) {
         filledScreen = frame() == UIScreen::main().bounds();
@@ -94,8 +105,21 @@ void UIWindow::setHidden(bool hidden)
         adoptTraitsInTree(UIScreen::main().sharedTraits());
         UIApplication::shared().show(*this);
     }
-    if (controller)
+    for (const auto& controller : controllers)
         controller->endAppearanceTransition();
+}
+
+std::vector<std::shared_ptr<UIViewController>> UIWindow::uncoveredControllers() const
+{
+    std::vector<std::shared_ptr<UIViewController>> controllers;
+    for (auto controller = rootViewController_; controller;) {
+        controllers.push_back(controller);
+        const auto above = controller->presentation;
+        if (above && above->coversPresenter())
+            controllers.clear();
+        controller = above ? above->presentedViewController() : nullptr;
+    }
+    return controllers;
 }
 
 UIResponder* UIWindow::nextResponder() const { return &UIApplication::shared(); }
@@ -122,8 +146,11 @@ void UIWindow::screenChanged(const CGRect& previousScreen, double duration)
         return;
     }
     UIViewControllerTransitionCoordinator coordinator(std::max(duration, 0.0));
-    if (const auto controller = rootViewController_)
+    for (auto controller = rootViewController_; controller;) {
         controller->viewWillTransition(screen.size(), coordinator);
+        const auto above = controller->presentation;
+        controller = above ? above->presentedViewController() : nullptr;
+    }
     const auto completions = std::make_shared<std::vector<std::function<void()>>>();
     const auto change = [&] {
         setFrame(screen);

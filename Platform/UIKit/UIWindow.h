@@ -20,6 +20,7 @@ public:
     const std::shared_ptr<UIViewController>& rootViewController() const { return rootViewController_; }
     void setRootViewController(std::shared_ptr<UIViewController> controller); // its view fills the window
     void makeKeyAndVisible();
+    std::shared_ptr<UIViewController> topmostController() const; // the root or the last one presented above it; null for none
 
     // UIView
     void setHidden(bool hidden) override;
@@ -35,6 +36,8 @@ private:
     friend class UIScreen;
     friend class UIView;
 
+    // Of the root and what is presented above it, those that nothing covers, lowest first.
+    std::vector<std::shared_ptr<UIViewController>> uncoveredControllers() const;
     void screenChanged(const CGRect& previousScreen, double duration);
     bool beginTouch(int identifier, CGPoint point, double timestamp);
     bool changeTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);

@@ -196,6 +196,7 @@ private:
             auto pressed = plainEvent(WindowEvent::Kind::key);
             pressed->key = event.key.keysym.sym == SDLK_KP_ENTER ? U'\r' : char32_t(event.key.keysym.sym);
             pressed->command = event.key.keysym.mod & (KMOD_CTRL | KMOD_GUI);
+            pressed->shift = event.key.keysym.mod & KMOD_SHIFT;
             return pressed;
         }
         case SDL_TEXTINPUT: {
