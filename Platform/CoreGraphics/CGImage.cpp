@@ -49,7 +49,8 @@ std::shared_ptr<const CGImage> CGImage::fromDrawing(double width, double height,
     return image;
 }
 
-std::shared_ptr<const CGImage> CGImage::decode(const std::vector<std::uint8_t>& bytes, const std::string& name)
+std::shared_ptr<const CGImage> CGImage::decode(
+    const std::vector<std::uint8_t>& bytes, const std::string& name, const std::optional<PixelSize>& enough)
 {
     const codecs::Bytes input { bytes.data(), bytes.size() };
     std::string reason;
@@ -59,7 +60,7 @@ std::shared_ptr<const CGImage> CGImage::decode(const std::vector<std::uint8_t>& 
     else if (codecs::looksLikePNG(input))
         image = fromBitmap(codecs::readPNG(input, reason));
     else if (codecs::looksLikeJPEG(input))
-        image = fromBitmap(codecs::readJPEG(input, reason));
+        image = fromBitmap(codecs::readJPEG(input, enough, reason));
     else if (codecs::looksLikeSVG(input))
         image = codecs::readSVG(input, reason);
     else

@@ -15,7 +15,7 @@ struct Bytes {
 bool looksLikePNG(Bytes bytes);
 std::shared_ptr<Bitmap> readPNG(Bytes bytes, std::string& reason);
 bool looksLikeJPEG(Bytes bytes);
-std::shared_ptr<Bitmap> readJPEG(Bytes bytes, std::string& reason);
+std::shared_ptr<Bitmap> readJPEG(Bytes bytes, const std::optional<PixelSize>& enough, std::string& reason);
 bool looksLikeSVG(Bytes bytes);
 std::shared_ptr<const CGImage> readSVG(Bytes bytes, std::string& reason);
 

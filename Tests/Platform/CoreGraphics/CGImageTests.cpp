@@ -96,6 +96,22 @@ TEST_F(CGImageTest, readsJPEG)
     EXPECT_GT(right & 255, 240u);
 }
 
+TEST_F(CGImageTest, unpacksAJPEGNoFinerThanNeeded)
+{
+    const auto bytes = *dataFromBase64(smallJPEG);
+    const auto whole = CGImage::decode(bytes, "small.jpg");
+    const int width = int(whole->width()), height = int(whole->height());
+    const auto sizeFor = [&](int wanted, int high) {
+        const auto image = CGImage::decode(bytes, "small.jpg", PixelSize { wanted, high });
+        return std::pair(image->width(), image->height());
+    };
+    EXPECT_EQ(sizeFor(width / 2, height / 2), std::pair(width / 2.0, height / 2.0));
+    EXPECT_EQ(sizeFor(width / 2 + 1, 1), std::pair(double(width), double(height)));
+    EXPECT_EQ(sizeFor(1, height / 2 + 1), std::pair(double(width), double(height)));
+    EXPECT_EQ(sizeFor(4000, 4000), std::pair(double(width), double(height)));
+    EXPECT_EQ(sizeFor(1, 1), std::pair(width / 8.0, height / 8.0));
+}
+
 TEST_F(CGImageTest, drawsSVGAtAnySize)
 {
     const auto image = CGImage::decode(dataFromText(smallSVG), "small.svg");
