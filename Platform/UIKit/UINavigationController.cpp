@@ -152,6 +152,14 @@ void UINavigationController::viewDidLayoutSubviews()
     edgePan->setEdge(trailingSign() > 0 ? UIRectEdge::left : UIRectEdge::right);
 }
 
+void UINavigationController::traitCollectionDidChange(const UITraitCollection& /*previous*/)
+{
+    if (isViewLoaded()) {
+        view()->setNeedsLayout();
+        showTitles();
+    }
+}
+
 bool UINavigationController::showsChild(const UIViewController& child) const
 {
     return !makingPage && &child == topViewController().get();

@@ -35,6 +35,7 @@ protected:
     // UIViewController
     void viewDidLoad() override;
     void viewDidLayoutSubviews() override;
+    void traitCollectionDidChange(const UITraitCollection& previous) override;
     bool showsChild(const UIViewController& child) const override;
 
 private:
