@@ -135,16 +135,13 @@ void UITableView::reloadNow()
     filling = wasFilling;
     if (bounds().isEmpty())
         return;
-    // The rows that stay in the bounds are filled again, in the cells that they have.
-    for (Row& row : rows)
+    // The rows that stay in the bounds keep their cells, which are filled again where the content differs.
+    for (Row& row : std::exchange(rows, {}))
         if (row.cell)
-            former.emplace(row.identity, std::exchange(row.cell, nullptr));
-    rows.clear();
+            former.emplace(row.identity, row);
     fill();
-    for (auto& [identity, cell] : std::exchange(former, {})) {
-        Row left { 0, identity, 0, 0, cell };
-        recycle(left);
-    }
+    for (auto& [identity, row] : std::exchange(former, {}))
+        recycle(row.cell);
 }
 
 // Carries heights and the reading position over to the new count of rows.
@@ -222,11 +219,11 @@ void UITableView::fill()
     measuredWidth = std::max(0.0, bounds().width - left - right);
     const auto isOut = [this](const Row& row) { return row.top + row.height <= bounds().minY() || row.top >= bounds().maxY(); };
     while (!rows.empty() && (isOut(rows.front()) || rows.front().index >= heights.count())) {
-        recycle(rows.front());
+        recycle(rows.front().cell);
         rows.pop_front();
     }
     while (!rows.empty() && (isOut(rows.back()) || rows.back().index >= heights.count())) {
-        recycle(rows.back());
+        recycle(rows.back().cell);
         rows.pop_back();
     }
     updateContentSize();
@@ -251,7 +248,8 @@ bool UITableView::addRow(int index, bool above)
     Row row;
     row.index = index;
     row.identity = source->identityForRow(*this, index);
-    row.cell = makeCell(index, row.identity);
+    row.content = source->contentForRow(*this, index);
+    row.cell = makeCell(row);
     const double expected = heights.height(index);
     row.height = measure(row);
     if (above) {
@@ -290,20 +288,21 @@ double UITableView::measure(Row& row)
     return height;
 }
 
-std::shared_ptr<UITableViewCell> UITableView::makeCell(int index, const std::string& identity)
+std::shared_ptr<UITableViewCell> UITableView::makeCell(const Row& row)
 {
     const auto source = dataSource.lock();
-    if (const auto found = former.find(identity); found != former.end()) {
-        preferred = found->second;
+    if (const auto found = former.find(row.identity); found != former.end()) {
+        const Row before = found->second;
         former.erase(found);
+        if (!row.content.empty() && row.content == before.content)
+            return before.cell;
+        preferred = before.cell;
     }
-    auto cell = source ? source->cellForRow(*this, index) : nullptr;
-    if (const auto unused = std::exchange(preferred, nullptr)) { // the row wants another kind of cell now
-        Row left { index, identity, 0, 0, unused };
-        recycle(left);
-    }
+    auto cell = source ? source->cellForRow(*this, row.index) : nullptr;
+    if (const auto unused = std::exchange(preferred, nullptr)) // the row wants another kind of cell now
+        recycle(unused);
     if (!cell) {
-        NSLog("row " + std::to_string(index) + " of " + layoutName() + " stays empty: its source has no cell for it");
+        NSLog("row " + std::to_string(row.index) + " of " + layoutName() + " stays empty: its source has no cell for it");
         cell = make<UITableViewCell>();
     }
     if (cell->superview() != this)
@@ -312,11 +311,8 @@ std::shared_ptr<UITableViewCell> UITableView::makeCell(int index, const std::str
     return cell;
 }
 
-void UITableView::recycle(Row& row)
+void UITableView::recycle(const std::shared_ptr<UITableViewCell>& cell)
 {
-    const auto cell = std::exchange(row.cell, nullptr);
-    if (!cell)
-        return;
     auto& waiting = pool[cell->reuseIdentifier()];
     if (cell->reuseIdentifier().empty() || waiting.size() >= mostPooled) {
         cell->removeFromSuperview();

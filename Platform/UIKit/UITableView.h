@@ -20,6 +20,8 @@ public:
     virtual std::shared_ptr<UITableViewCell> cellForRow(UITableView& tableView, int row) = 0;
     // What stays the same for a row when others come and go before it.
     virtual std::string identityForRow(UITableView& /*tableView*/, int row) { return std::to_string(row); }
+    // Tells apart what the row may show: a reload asks for its cell again only when this differs. Empty: asks at every reload.
+    virtual std::string contentForRow(UITableView& /*tableView*/, int /*row*/) { return {}; }
 };
 
 // A column of rows as high as their cells' constraints ask for. Only the rows in its bounds have cells and measured heights; the
@@ -60,7 +62,7 @@ protected:
 private:
     struct Row {
         int index = 0;
-        std::string identity;
+        std::string identity, content;
         double top = 0; // in the content
         double height = 0;
         std::shared_ptr<UITableViewCell> cell;
@@ -76,8 +78,8 @@ private:
     void remeasure();
     bool addRow(int index, bool above);
     double measure(Row& row);
-    std::shared_ptr<UITableViewCell> makeCell(int index, const std::string& identity);
-    void recycle(Row& row);
+    std::shared_ptr<UITableViewCell> makeCell(const Row& row);
+    void recycle(const std::shared_ptr<UITableViewCell>& cell);
     void placeRows();
     void move(double distance); // everything that is shown, and the offset with it
     void updateContentSize();
@@ -86,7 +88,7 @@ private:
     std::weak_ptr<UITableViewDataSource> dataSource;
     std::map<std::string, std::function<std::shared_ptr<UITableViewCell>()>> factories;
     std::map<std::string, std::vector<std::shared_ptr<UITableViewCell>>> pool; // hidden, by reuse identifier
-    std::map<std::string, std::shared_ptr<UITableViewCell>> former; // what was shown before the reload, by identity
+    std::multimap<std::string, Row> former; // what was shown before the reload, by identity
     std::shared_ptr<UITableViewCell> preferred; // what the row that is being asked for was shown in
     RowHeights heights;
     std::deque<Row> rows; // without gaps

@@ -35,6 +35,8 @@ struct Rows final : UITableViewDataSource {
     int count = 0;
     int first = 0; // the identity of row 0
     std::function<double(int id)> height = [](int id) { return 50.0 + id % 3 * 10; };
+    std::function<std::string(int id)> identity = [](int id) { return "#" + std::to_string(id); };
+    std::function<std::string(int id)> content = [](int) { return ""; };
     const char* kind = "row";
     int asked = 0, identities = 0;
 
@@ -50,8 +52,9 @@ struct Rows final : UITableViewDataSource {
     std::string identityForRow(UITableView&, int row) override
     {
         ++identities;
-        return "#" + std::to_string(first + row);
+        return identity(first + row);
     }
+    std::string contentForRow(UITableView&, int row) override { return content(first + row); }
 };
 
 class UITableViewTest : public ScreenTest {
@@ -210,6 +213,51 @@ TEST_F(UITableViewTest, aReloadThatChangesNothingLaysNothingOut)
         EXPECT_EQ(table->cellForRow(table->indicesForVisibleRows()[i])->frame(), before[i]);
     makeFrame();
     EXPECT_FALSE(laidOut());
+}
+
+TEST_F(UITableViewTest, aReloadAsksAgainOnlyForRowsOfOtherContent)
+{
+    std::map<int, std::string> texts;
+    source->content = [&](int id) { return "text " + texts[id]; };
+    source->first = 100;
+    show(50);
+    scrollTo(300);
+    const int visible = int(table->indicesForVisibleRows().size()), row = table->indicesForVisibleRows()[1];
+    const auto cell = table->cellForRow(row);
+    int asked = source->asked;
+    show(50);
+    EXPECT_EQ(source->asked, asked);
+    EXPECT_EQ(int(table->indicesForVisibleRows().size()), visible);
+
+    texts[source->first + row] = "changed";
+    source->height = [&](int id) { return texts[id] == "changed" ? 90.0 : 50.0 + id % 3 * 10; };
+    show(50);
+    EXPECT_EQ(source->asked, ++asked);
+    EXPECT_EQ(table->cellForRow(row), cell) << "filled again, in its own cell";
+    expectCovered();
+
+    source->first = 99; // a new one before all of them moves the others' places, not their content
+    show(51);
+    EXPECT_EQ(source->asked, asked);
+    EXPECT_EQ(table->cellForRow(row + 1), cell);
+    expectCovered();
+}
+
+TEST_F(UITableViewTest, rowsOfOneIdentityKeepACellEach)
+{
+    source->content = [](int id) { return std::to_string(id); };
+    source->identity = [](int) { return "the same"; };
+    show(4);
+    const auto shown = [&] {
+        return std::ranges::count_if(
+            table->subviews(), [](const auto& view) { return dynamic_cast<UITableViewCell*>(view.get()) && !view->isHidden(); });
+    };
+    EXPECT_EQ(shown(), 4);
+    show(4);
+    EXPECT_EQ(shown(), 4);
+    show(1);
+    EXPECT_EQ(shown(), 1) << "none is left behind";
+    expectCovered();
 }
 
 // Reloads its table in every layout pass, as a page does that follows its shape.
