@@ -167,10 +167,13 @@ bool UINavigationController::showsChild(const UIViewController& child) const
 
 void UINavigationController::titleDidChange(UIViewController& /*child*/) { showTitles(); }
 
+// While one page makes way, the bar already speaks of the other.
 void UINavigationController::showTitles()
 {
-    const auto top = topViewController();
-    navigationBar_->setTitle(top ? top->title() : "", children().size() > 1);
+    const bool popping = transition && transition->told && !transition->pushing;
+    const auto shown = popping ? transition->lower : topViewController();
+    const std::size_t count = children().size() - (popping ? 1 : 0);
+    navigationBar_->setTitle(shown ? shown->title() : "", count > 1);
 }
 
 // A page carries a controller's view about, so that its own geometry and hiding stay the controller's business.
@@ -213,6 +216,7 @@ void UINavigationController::start(bool pushing, bool animated)
     current->pushing = pushing;
     current->told = true;
     current->animated = animated;
+    showTitles();
     if (!pushing)
         current->upper->willMoveToParent(nullptr);
     if (going) {

@@ -12,34 +12,7 @@ namespace platform {
 
 namespace {
 
-constexpr double friction = 2.002; // 1/s: the velocity falls to 0.998 of itself in every millisecond
-constexpr double restingVelocity = 5; // points a second, below which a glide has ended
-constexpr double springRate = 11; // 1/s, critically damped: back in half a second
-constexpr double rubber = 0.55; // how far the content follows a finger beyond its end, at first
 constexpr double animationDuration = 0.3; // seconds
-
-// Where the content shows when it was pulled `way` points beyond its end, in a view of that length.
-double rubberBand(double way, double length) { return length > 0 ? (1 - 1 / (way * rubber / length + 1)) * length : 0; }
-
-double pulledWay(double shown, double length)
-{
-    const double part = length > 0 ? std::min(shown / length, 0.99) : 0;
-    return (1 / (1 - part) - 1) * length / rubber;
-}
-
-double banded(double value, double low, double high, double length)
-{
-    if (value < low)
-        return low - rubberBand(low - value, length);
-    return value > high ? high + rubberBand(value - high, length) : value;
-}
-
-double unbanded(double value, double low, double high, double length)
-{
-    if (value < low)
-        return low - pulledWay(low - value, length);
-    return value > high ? high + pulledWay(value - high, length) : value;
-}
 
 double usable(double length) { return std::isfinite(length) ? std::max(length, 0.0) : 0; }
 
@@ -239,8 +212,8 @@ void UIScrollView::shiftContentOffset(CGPoint by)
 {
     dragStart = { dragStart.x + by.x, dragStart.y + by.y };
     for (std::size_t axis = 0; axis < 2; ++axis)
-        if (motion[axis] && !motion[axis]->springs)
-            motion[axis]->from += along(by, axis);
+        if (motion[axis])
+            motion[axis]->shift(along(by, axis));
     if (animation) {
         animation->from = { animation->from.x + by.x, animation->from.y + by.y };
         animation->to = { animation->to.x + by.x, animation->to.y + by.y };
@@ -271,7 +244,8 @@ void UIScrollView::panned(UIPanGestureRecognizer& recognizer)
         dragging = true;
         dragAxes = { canScroll(0), canScroll(1) };
         const CGPoint now = contentOffset();
-        dragStart = { unbanded(now.x, low.x, high.x, bounds().width), unbanded(now.y, low.y, high.y, bounds().height) };
+        dragStart
+            = { rubberUnbanded(now.x, low.x, high.x, bounds().width), rubberUnbanded(now.y, low.y, high.y, bounds().height) };
         if (delegate)
             delegate->scrollViewWillBeginDragging(*this);
         break;
@@ -286,7 +260,7 @@ void UIScrollView::panned(UIPanGestureRecognizer& recognizer)
             const bool gives = bounces_ && canScroll(axis);
             const double bottom = along(low, axis), top = along(high, axis);
             along(next, axis)
-                = gives ? banded(pulled, bottom, top, along(bounds().size(), axis)) : std::clamp(pulled, bottom, top);
+                = gives ? rubberBanded(pulled, bottom, top, along(bounds().size(), axis)) : std::clamp(pulled, bottom, top);
         }
         place(next);
         break;
@@ -311,9 +285,9 @@ void UIScrollView::endDragging(CGPoint velocity)
         const double speed = dragAxes[axis] ? -along(velocity, axis) : 0;
         if (value < bottom || value > top) {
             const double end = std::clamp(value, bottom, top);
-            motion[axis] = Motion { true, now, value - end, speed, end };
-        } else if (std::abs(speed) > restingVelocity * 4) {
-            motion[axis] = Motion { false, now, value, speed, 0 };
+            motion[axis] = ScrollMotion::spring(value, speed, end, now);
+        } else if (std::abs(speed) > ScrollMotion::restingVelocity * 4) {
+            motion[axis] = ScrollMotion::glide(value, speed, now);
         }
     }
     if (isDecelerating())
@@ -351,9 +325,10 @@ void UIScrollView::step(double time)
             delegate->scrollViewDidEndScrollingAnimation(*this);
         return;
     }
+    const CGPoint low = minimumContentOffset(), high = maximumContentOffset();
     CGPoint next = contentOffset();
     for (std::size_t axis = 0; axis < 2; ++axis)
-        if (motion[axis] && !stepAxis(axis, time, along(next, axis)))
+        if (motion[axis] && !motion[axis]->step(time, along(low, axis), along(high, axis), bounces_, along(next, axis)))
             motion[axis].reset();
     const bool ended = !isDecelerating();
     if (ended)
@@ -362,39 +337,6 @@ void UIScrollView::step(double time)
     const auto delegate = ended ? delegate_.lock() : nullptr;
     if (delegate)
         delegate->scrollViewDidEndDecelerating(*this);
-}
-
-// Where the motion along an axis is at that time; false at its end.
-bool UIScrollView::stepAxis(std::size_t axis, double time, double& value)
-{
-    Motion& now = *motion[axis];
-    const double low = along(minimumContentOffset(), axis), high = along(maximumContentOffset(), axis);
-    if (!now.springs) {
-        const double fading = std::exp(-friction * std::max(0.0, time - now.start));
-        value = now.from + now.velocity / friction * (1 - fading);
-        const double speed = now.velocity * fading;
-        if (value >= low && value <= high)
-            return std::abs(speed) > restingVelocity;
-        const double end = std::clamp(value, low, high);
-        if (!bounces_) {
-            value = end;
-            return false;
-        }
-        // It ran over the end within this frame: from the end on it swings out and back.
-        const double over = std::clamp((value - end) / (speed == 0 ? 1 : speed), 0.0, 1.0 / 30);
-        now = { true, time - over, 0, speed, end };
-    }
-    const double t = std::max(0.0, time - now.start);
-    const double fading = std::exp(-springRate * t);
-    const double slope = now.velocity + springRate * now.from;
-    const double distance = (now.from + slope * t) * fading;
-    const double speed = (now.velocity - springRate * slope * t) * fading;
-    if (std::abs(distance) < 0.25 && std::abs(speed) < restingVelocity) {
-        value = now.end;
-        return false;
-    }
-    value = now.end + distance;
-    return true;
 }
 
 void UIScrollView::place(CGPoint offset)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/QuartzCore/CADisplayLink.h"
+#include "Platform/UIKit/ScrollMotion.h"
 #include "Platform/UIKit/UIView.h"
 
 #include <array>
@@ -81,14 +82,6 @@ protected:
 
 private:
     class Pan;
-    // Along one axis: glides with a friction, or springs back to an end.
-    struct Motion {
-        bool springs = false;
-        double start = 0; // seconds
-        double from = 0; // points; of a spring its distance from the end
-        double velocity = 0; // points a second
-        double end = 0; // of a spring
-    };
     struct Glide {
         CGPoint from, to;
         double start = 0;
@@ -101,7 +94,6 @@ private:
     bool catchMotion(); // at the touch of a finger; false when nothing moved
     void stopMotion();
     void step(double time);
-    bool stepAxis(std::size_t axis, double time, double& value);
     void place(CGPoint offset);
     void clampOffset();
     double scale() const;
@@ -112,7 +104,7 @@ private:
     std::shared_ptr<UILayoutGuide> contentGuide;
     std::shared_ptr<UIPanGestureRecognizer> pan;
     std::shared_ptr<CADisplayLink> link;
-    std::array<std::optional<Motion>, 2> motion;
+    std::array<std::optional<ScrollMotion>, 2> motion;
     std::optional<Glide> animation;
     CGPoint dragStart; // the offset, without the rubber's give, at the beginning of the drag
     std::array<bool, 2> alwaysBounce { false, false };
