@@ -173,8 +173,11 @@ bool UIScrollView::scrollBy(double dx, double dy)
     const CGPoint next { std::clamp(now.x + dx, low.x, high.x), std::clamp(now.y + dy, low.y, high.y) };
     if (next == now)
         return false;
+    const auto keep = weak(this).lock();
     stopMotion();
     place(next);
+    showIndicators();
+    hideIndicatorsSoon();
     return true;
 }
 
@@ -204,8 +207,11 @@ void UIScrollView::safeAreaInsetsDidChange()
 
 void UIScrollView::didMoveToWindow()
 {
-    if (!window())
-        stopMotion();
+    if (window())
+        return;
+    stopMotion();
+    for (auto& indicator : indicators)
+        indicator.hide();
 }
 
 void UIScrollView::shiftContentOffset(CGPoint by)
@@ -263,6 +269,7 @@ void UIScrollView::panned(UIPanGestureRecognizer& recognizer)
                 = gives ? rubberBanded(pulled, bottom, top, along(bounds().size(), axis)) : std::clamp(pulled, bottom, top);
         }
         place(next);
+        showIndicators();
         break;
     }
     case UIGestureRecognizerState::ended:
@@ -292,6 +299,8 @@ void UIScrollView::endDragging(CGPoint velocity)
     }
     if (isDecelerating())
         link->start();
+    else
+        hideIndicatorsSoon();
     if (const auto delegate = delegate_.lock())
         delegate->scrollViewDidEndDragging(*this, isDecelerating());
 }
@@ -305,6 +314,8 @@ bool UIScrollView::catchMotion()
 
 void UIScrollView::stopMotion()
 {
+    if (isDecelerating())
+        hideIndicatorsSoon();
     motion = {};
     animation.reset();
     link->stop();
@@ -331,9 +342,13 @@ void UIScrollView::step(double time)
         if (motion[axis] && !motion[axis]->step(time, along(low, axis), along(high, axis), bounces_, along(next, axis)))
             motion[axis].reset();
     const bool ended = !isDecelerating();
-    if (ended)
-        link->stop();
     place(next);
+    if (ended) {
+        link->stop();
+        hideIndicatorsSoon();
+    } else {
+        showIndicators();
+    }
     const auto delegate = ended ? delegate_.lock() : nullptr;
     if (delegate)
         delegate->scrollViewDidEndDecelerating(*this);
@@ -358,6 +373,26 @@ void UIScrollView::clampOffset()
         return;
     const CGPoint low = minimumContentOffset(), high = maximumContentOffset(), now = contentOffset();
     place({ std::clamp(now.x, low.x, high.x), std::clamp(now.y, low.y, high.y) });
+}
+
+void UIScrollView::showIndicators()
+{
+    if (!window())
+        return;
+    const CGPoint low = minimumContentOffset(), high = maximumContentOffset(), now = contentOffset();
+    UIEdgeInsets around = adjustedContentInset();
+    around.left = std::max(around.left, safeAreaInsets().left);
+    around.right = std::max(around.right, safeAreaInsets().right);
+    const CGRect track = around.inset(bounds());
+    for (std::size_t axis = 0; axis < 2; ++axis)
+        if (showsIndicator[axis] && along(high, axis) > along(low, axis))
+            indicators[axis].show(*this, track, { along(low, axis), along(high, axis), along(now, axis) });
+}
+
+void UIScrollView::hideIndicatorsSoon()
+{
+    for (auto& indicator : indicators)
+        indicator.hideSoon();
 }
 
 double UIScrollView::scale() const { return std::max(1.0, double(traitCollection().displayScale)); }

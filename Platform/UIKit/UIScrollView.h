@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/QuartzCore/CADisplayLink.h"
+#include "Platform/UIKit/ScrollIndicator.h"
 #include "Platform/UIKit/ScrollMotion.h"
 #include "Platform/UIKit/UIView.h"
 
@@ -51,6 +52,9 @@ public:
     // Along that axis also when the content fits.
     void setAlwaysBounceVertical(bool always) { alwaysBounce[1] = always; }
     void setAlwaysBounceHorizontal(bool always) { alwaysBounce[0] = always; }
+    // A thin bar at the side while it moves, where the content is longer than the view.
+    void setShowsVerticalScrollIndicator(bool shows) { showsIndicator[1] = shows; }
+    void setShowsHorizontalScrollIndicator(bool shows) { showsIndicator[0] = shows; }
     bool delaysContentTouches() const { return delaysContentTouches_; }
     // What lies inside hears of a touch only when it is sure not to scroll: after 0.15 s, or when it goes up before.
     void setDelaysContentTouches(bool delays) { delaysContentTouches_ = delays; }
@@ -96,6 +100,8 @@ private:
     void step(double time);
     void place(CGPoint offset);
     void clampOffset();
+    void showIndicators();
+    void hideIndicatorsSoon();
     double scale() const;
 
     CGSize contentSize_;
@@ -107,6 +113,8 @@ private:
     std::array<std::optional<ScrollMotion>, 2> motion;
     std::optional<Glide> animation;
     CGPoint dragStart; // the offset, without the rubber's give, at the beginning of the drag
+    std::array<ScrollIndicator, 2> indicators { ScrollIndicator(false), ScrollIndicator(true) };
+    std::array<bool, 2> showsIndicator { true, true };
     std::array<bool, 2> alwaysBounce { false, false };
     std::array<bool, 2> dragAxes { false, false };
     UIScrollViewContentInsetAdjustmentBehavior insetBehavior = UIScrollViewContentInsetAdjustmentBehavior::automatic;

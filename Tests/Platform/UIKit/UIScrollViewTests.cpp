@@ -263,6 +263,54 @@ TEST_F(UIScrollViewTest, movesOnItsOwn)
     EXPECT_FALSE(LayerCommitter::hasRunningAnimations());
 }
 
+TEST_F(UIScrollViewTest, saysWhereItIsWhileItMoves)
+{
+    const auto bar = [&]() -> std::shared_ptr<CALayer> {
+        for (const auto& layer : list->layer()->sublayers())
+            if (layer->zPosition() > 0)
+                return layer;
+        return nullptr;
+    };
+    const auto place = [&] {
+        CGRect frame = bar()->frame();
+        frame.y -= y();
+        return frame;
+    };
+    const auto shown = [&] { return bar() && std::get<double>(bar()->presentationValue("opacity", clock.now())) > 0; };
+    EXPECT_FALSE(shown());
+    drag({ 100, 250 }, { 100, 200 }, 3, false);
+    EXPECT_TRUE(shown());
+    EXPECT_NEAR(place().height, 294 * 0.3, 1e-6) << "as much of its way as the view is of the content";
+    EXPECT_EQ(place().maxX(), 197);
+    const double before = place().y;
+    touch(UITouchPhase::moved, { 100, 100 });
+    EXPECT_GT(place().y, before);
+    EXPECT_EQ(bar()->superlayer(), list->layer().get());
+    EXPECT_TRUE(list->subviews().empty());
+    rest(0.2);
+    touch(UITouchPhase::ended, { 100, 100 });
+    rest(0.2);
+    EXPECT_TRUE(shown());
+    rest(0.6);
+    EXPECT_FALSE(shown());
+    EXPECT_FALSE(LayerCommitter::hasRunningAnimations());
+
+    UIApplication::shared().sendScroll({ 100, 100 }, 0, 5000);
+    EXPECT_NEAR(place().maxY(), 297, 1e-6) << "at the end";
+    EXPECT_TRUE(shown());
+    rest(1);
+    EXPECT_FALSE(shown());
+    drag({ 100, 250 }, { 100, 50 }, 3, false);
+    EXPECT_LT(place().height, 294 * 0.3) << "squeezed beyond the end";
+    EXPECT_NEAR(place().maxY(), 297, 1e-6);
+    touch(UITouchPhase::ended, { 100, 50 });
+    rest(3);
+
+    list->setShowsVerticalScrollIndicator(false);
+    UIApplication::shared().sendScroll({ 100, 100 }, 0, -50);
+    EXPECT_FALSE(shown());
+}
+
 // Ends the scroll view in a callback of its own.
 struct Ender final : UIScrollViewDelegate {
     std::shared_ptr<UIScrollView> ended;
