@@ -63,7 +63,10 @@ void UITabBarController::setSelectedIndex(std::size_t index)
     selectedIndex_ = index;
     if (!isViewLoaded())
         return;
+    // It goes out of sight, not out of the bar.
+    former->beginAppearanceTransition(false, false);
     former->view()->removeFromSuperview();
+    former->endAppearanceTransition();
     showSelected();
 }
 

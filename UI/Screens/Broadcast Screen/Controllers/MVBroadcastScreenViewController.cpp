@@ -20,6 +20,7 @@ void MVBroadcastScreenViewController::didBroadcastStarted(const MVBroadcastLiveU
     if (!broadcast || update.broadcastId != broadcast->id)
         return;
     const auto keep = weak(this).lock();
+    hasFollowedEvents = true;
     const bool isWatching = broadcast->status == MVBroadcastStatus::live && !liveContainerViewController->view()->isHidden();
     broadcast->status = MVBroadcastStatus::live;
     broadcast->actualStartTime = update.broadcastActualStartTime;
@@ -32,8 +33,9 @@ void MVBroadcastScreenViewController::didBroadcastStarted(const MVBroadcastLiveU
 
     const bool mayWatch = Mivora::getCurrentUserRole() == MVCurrentUserType::user || broadcast->isAnonymousAllowedToWatch;
     if (!mayWatch)
-        return afterDismissingPresented([](auto& self) { self.askToLogIn(); });
-    afterDismissingPresented({});
+        return presentAlert("Error", "Please Login to watch the Live Broadcast");
+    nextAlert = nullptr;
+    dismissPresented();
     if (isWatching) // the service said it twice
         return;
     showOnly(liveContainerViewController.get());
@@ -46,8 +48,9 @@ void MVBroadcastScreenViewController::didBroadcastCompleted(const MVBroadcastCom
     if (!broadcast || update.broadcastId != broadcast->id)
         return;
     const auto keep = weak(this).lock();
+    hasFollowedEvents = true;
     liveContainerViewController->resetOnEventComplete();
-    afterDismissingPresented([](auto& self) { self.announceEnd(); });
+    presentAlert("Broadcast Ended", "This broadcast has been ended by host. Thanks for watching.");
     broadcast->status = MVBroadcastStatus::completed;
     broadcast->actualEndTime = update.broadcastActualEndTime;
     broadcast->duration = update.totalDuration;
@@ -104,7 +107,7 @@ void MVBroadcastScreenViewController::loadBroadcast()
     Mivora::getBroadcast(
         broadcastId, [weakSelf = weak(this)](const std::shared_ptr<MVBroadcast>& loaded, const std::optional<MVApiError>& error) {
             const auto self = weakSelf.lock();
-            if (!self)
+            if (!self || !self->isRegistered) // nobody would end what is begun after it has left
                 return;
             if (error) {
                 NSLog(error->errorCode.value_or(""));
@@ -113,10 +116,11 @@ void MVBroadcastScreenViewController::loadBroadcast()
                 return;
             }
             self->broadcast = loaded;
-            if (loaded) {
-                loaded->subscribeEvents();
+            if (!loaded)
+                return;
+            loaded->subscribeEvents();
+            if (!self->hasFollowedEvents)
                 self->showBroadcast();
-            }
         });
 }
 
@@ -142,44 +146,58 @@ void MVBroadcastScreenViewController::showOnly(const UIViewController* shown)
         child->view()->setHidden(child.get() != shown);
 }
 
-// What this screen presents leaves first, so that the next one finds the way free.
-void MVBroadcastScreenViewController::afterDismissingPresented(std::function<void(MVBroadcastScreenViewController&)> next)
+void MVBroadcastScreenViewController::dismissPresented(std::function<void()> completion)
 {
-    const auto goOn = [weakSelf = weak(this), next = std::move(next)] {
-        const auto self = weakSelf.lock();
-        if (self && next)
-            next(*self);
-    };
     if (presentedViewController())
-        dismiss(true, goOn);
-    else
-        goOn();
+        dismiss(true, std::move(completion));
+    else if (completion)
+        completion();
 }
 
-void MVBroadcastScreenViewController::askToLogIn() { presentAlert("Error", "Please Login to watch the Live Broadcast"); }
-
-void MVBroadcastScreenViewController::announceEnd()
-{
-    presentAlert("Broadcast Ended", "This broadcast has been ended by host. Thanks for watching.");
-}
-
+// What this screen presents leaves first, so that the alert finds the way free; of several that wait for that the last one comes.
 // The only way on from it is out of this screen.
 void MVBroadcastScreenViewController::presentAlert(const std::string& title, const std::string& message)
 {
-    const auto alert = make<UIAlertController>(title, message);
-    alert->addAction({ "Ok", UIAlertActionStyle::normal, [weakSelf = weak(this)] {
-                          if (const auto self = weakSelf.lock())
-                              self->close();
-                      } });
-    present(alert, true);
+    nextAlert = make<UIAlertController>(title, message);
+    nextAlert->addAction({ "Ok", UIAlertActionStyle::normal, [weakSelf = weak(this)] {
+                              if (const auto self = weakSelf.lock())
+                                  self->close();
+                          } });
+    dismissPresented([weakSelf = weak(this)] {
+        if (const auto self = weakSelf.lock())
+            self->presentNextAlert();
+    });
 }
 
+void MVBroadcastScreenViewController::presentNextAlert()
+{
+    if (const auto alert = std::exchange(nextAlert, nullptr))
+        present(alert, true);
+}
+
+// The way it was shown, with what has been pushed above it.
 void MVBroadcastScreenViewController::close()
 {
-    if (mv::isModal(*this))
+    if (isLeaving())
+        return;
+    if (mv::isModal(*this)) {
         dismiss(true);
-    else if (auto* navigation = navigationController())
-        navigation->popViewController(true);
+        return;
+    }
+    auto* navigation = navigationController();
+    if (!navigation)
+        return;
+    while (!isIn(*navigation->topViewController()))
+        navigation->popViewController(false);
+    navigation->popViewController(true);
+}
+
+bool MVBroadcastScreenViewController::isIn(const UIViewController& container) const
+{
+    const UIViewController* controller = this;
+    while (controller && controller != &container)
+        controller = controller->parent();
+    return controller;
 }
 
 // Out of its parent, or dismissed, or in something that is: not when another screen merely covers it.
@@ -195,6 +213,7 @@ void MVBroadcastScreenViewController::leave()
 {
     if (!std::exchange(isRegistered, false))
         return;
+    nextAlert = nullptr;
     liveContainerViewController->resetOnEventComplete();
     Mivora::instance()->removeDelegate(uniqueIdentifer);
     pastBroadcastViewController->removeObservers();

@@ -10,6 +10,10 @@
 #include <memory>
 #include <string>
 
+namespace platform {
+class UIAlertController;
+}
+
 namespace mv {
 
 // The screen of one broadcast: loads it and shows the variant that matches its status, live, preview or past. Keeps the device
@@ -36,11 +40,11 @@ private:
     void loadBroadcast();
     void showBroadcast();
     void showOnly(const UIViewController* shown);
-    void afterDismissingPresented(std::function<void(MVBroadcastScreenViewController&)> next);
-    void askToLogIn();
-    void announceEnd();
+    void dismissPresented(std::function<void()> completion = {});
     void presentAlert(const std::string& title, const std::string& message);
+    void presentNextAlert();
     void close();
+    bool isIn(const UIViewController& container) const; // or is it
     bool isLeaving() const;
     void leave();
 
@@ -52,6 +56,8 @@ private:
     std::string uniqueIdentifer = makeUUID(); // of the registration with the service
     bool isApplicationTimeDisabled = false; // the idle timer's setting that was found
     bool isRegistered = false;
+    bool hasFollowedEvents = false; // so that what is shown is not the loaded status any more
+    std::shared_ptr<UIAlertController> nextAlert; // while it waits for what is presented to leave; null for none
 };
 
 } // namespace mv
