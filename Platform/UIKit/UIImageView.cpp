@@ -29,6 +29,12 @@ CGSize UIImageView::intrinsicContentSize() const { return image_ ? image_->size(
 
 CGSize UIImageView::sizeThatFits(const CGSize& /*size*/) const { return image_ ? image_->size() : CGSize {}; }
 
+void UIImageView::setContentMode(UIViewContentMode mode)
+{
+    UIView::setContentMode(mode);
+    tellSource();
+}
+
 void UIImageView::layoutSubviews()
 {
     UIView::layoutSubviews();
@@ -41,6 +47,22 @@ void UIImageView::traitCollectionDidChange(const UITraitCollection& previous)
 {
     UIView::traitCollectionDidChange(previous);
     showImage();
+    if (traitCollection().displayScale != previous.displayScale)
+        tellSource();
+}
+
+void UIImageView::boundsDidChange(const CGRect& previous)
+{
+    UIView::boundsDidChange(previous);
+    if (bounds().size() != previous.size())
+        tellSource();
+}
+
+void UIImageView::tellSource()
+{
+    const auto self = weak(this).lock(); // whom it brings a picture may drop the view
+    if (source_)
+        source_->imageViewDidChange(*this);
 }
 
 void UIImageView::showImage()

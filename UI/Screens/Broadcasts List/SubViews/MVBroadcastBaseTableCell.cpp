@@ -1,6 +1,7 @@
 #include "UI/Screens/Broadcasts List/SubViews/MVBroadcastBaseTableCell.h"
 
 #include "Platform/Foundation/DateFormatter.h"
+#include "Platform/UIKit/UIDevice.h"
 #include "UI/Extensions/MVColor.h"
 #include "UI/Extensions/MVFonts.h"
 #include "UI/Extensions/MVSetters.h"
@@ -11,6 +12,7 @@ namespace mv {
 namespace {
 
 constexpr CGFloat cardRadius = 20;
+constexpr double bannerFade = 1; // seconds
 
 std::string dateText(Date date)
 {
@@ -28,6 +30,12 @@ void styleCardButton(const std::shared_ptr<UIButton>& button, const char* titleK
 }
 
 } // namespace
+
+SDWebImageActivityIndicator mvIndicator()
+{
+    return UIDevice::current().systemMajorVersion() >= 13 ? SDWebImageActivityIndicator::mediumIndicator()
+                                                          : SDWebImageActivityIndicator::grayIndicator();
+}
 
 MVBroadcastBaseTableCell::MVBroadcastBaseTableCell(std::string reuseIdentifier)
     : UITableViewCell(std::move(reuseIdentifier))
@@ -151,6 +159,9 @@ void MVBroadcastBaseTableCell::setBroadcast(const std::shared_ptr<MVBroadcast>& 
     broadcast = newBroadcast;
     broadcastNameLabel->setText(broadcast ? broadcast->title : std::nullopt);
     descriptionLabel->setText(broadcast ? broadcast->description : std::nullopt);
+    sd_setImageIndicator(*broadcastImageView, mvIndicator());
+    sd_setImageTransition(*broadcastImageView, SDWebImageTransition::fadeTransitionWithDuration(bannerFade));
+    sd_setImage(*broadcastImageView, broadcast ? broadcast->bannerImageUrl : std::nullopt);
     if (broadcast && broadcast->status == MVBroadcastStatus::live)
         setCellLayoutForLiveMode();
     else

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "Platform/Images/UIImageViewLoading.h"
 #include "Platform/QuartzCore/CAShapeLayer.h"
 #include "Platform/UIKit/UIButton.h"
-#include "Platform/UIKit/UIImageView.h"
 #include "Platform/UIKit/UILabel.h"
 #include "Platform/UIKit/UIStackView.h"
 #include "Platform/UIKit/UITableViewCell.h"
 #include "Service/MVBroadcast.h"
 
 namespace mv {
+
+// What turns on a card while its banner loads: the medium one, on platforms before version 13 the gray one.
+SDWebImageActivityIndicator mvIndicator();
 
 // A show of the list as a card: banner, title, description, date and a button titled by the show's status, over a soft shadow.
 // Subclasses give it its geometry (points).

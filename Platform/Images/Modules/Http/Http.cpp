@@ -1,0 +1,366 @@
+#include "Platform/Images/HttpModule.h"
+
+#include "Platform/Foundation/ModuleExport.h"
+
+#include <libsoup/soup.h>
+
+#include <algorithm>
+#include <map>
+#include <thread>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr int mostConnections = 12;
+constexpr int mostConnectionsToOneHost = 6; // as browsers have it
+constexpr gsize chunkBytes = 64 * 1024;
+constexpr guint secondsUntilIndexIsWritten = 1; // of quiet, so that a list of pictures writes it once
+
+struct Unref {
+    void operator()(GMainContext* context) const { g_main_context_unref(context); }
+    void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
+    void operator()(GSource* source) const
+    {
+        g_source_destroy(source);
+        g_source_unref(source);
+    }
+    void operator()(GBytes* bytes) const { g_bytes_unref(bytes); }
+    void operator()(GError* error) const { g_error_free(error); }
+    void operator()(void* object) const { g_object_unref(object); }
+};
+template <typename T> using Handle = std::unique_ptr<T, Unref>;
+
+std::string secondsText(double seconds)
+{
+    char text[32];
+    g_snprintf(text, sizeof text, "%g s", seconds);
+    return text;
+}
+
+class Session;
+
+// A request on its way. Lives on the session's thread, from its start until the library has called back for the last time.
+class Exchange {
+public:
+    Exchange(Session& session, std::uint64_t id, HttpRequest request, HttpSession::Done done);
+
+    void start();
+    // Nobody is told any more.
+    void cancel();
+
+private:
+    void send();
+    void didSend(GAsyncResult* result);
+    void readOn();
+    void didRead(GAsyncResult* result);
+    std::string faultOfHead() const;
+    void giveUp(std::string problem); // ends when the library has let go
+    void tell(std::string problem);
+    void end();
+    void rearm();
+    static gboolean didTimeOut(void* exchange);
+    static void didRestart(SoupMessage*, void* exchange);
+
+    Session& session;
+    const std::uint64_t id;
+    const HttpRequest request;
+    HttpSession::Done done; // empty once told or cancelled
+    Handle<SoupMessage> message;
+    Handle<GInputStream> stream;
+    const Handle<GCancellable> cancellable;
+    Handle<GSource> timer;
+    std::vector<std::uint8_t> body;
+    std::string problem; // why it is being given up
+    gint64 wholeDeadline = 0; // microseconds of the monotonic clock
+    int redirects = 0;
+};
+
+class Session final : public HttpSession {
+public:
+    Session(std::string cacheFolder, std::size_t cacheBytes)
+        : context(g_main_context_new())
+        , loop(g_main_loop_new(context.get(), FALSE))
+        , thread([this, cacheFolder = std::move(cacheFolder), cacheBytes] { run(cacheFolder, cacheBytes); })
+    {
+    }
+
+    ~Session() override
+    {
+        post([this] { g_main_loop_quit(loop.get()); });
+        thread.join();
+    }
+
+    void get(std::uint64_t id, HttpRequest request, Done done) override
+    {
+        post([this, id, request = std::move(request), done = std::move(done)] {
+            auto& exchange = exchanges[id];
+            exchange = std::make_unique<Exchange>(*this, id, request, done);
+            exchange->start();
+        });
+    }
+
+    void cancel(std::uint64_t id) override
+    {
+        post([this, id] {
+            if (const auto found = exchanges.find(id); found != exchanges.end())
+                found->second->cancel();
+        });
+    }
+
+    // For exchanges, on the thread.
+    SoupSession* soup() const { return session.get(); }
+    GMainContext* mainContext() const { return context.get(); }
+    void forget(std::uint64_t id)
+    {
+        exchanges.erase(id);
+        writeIndexSoon();
+    }
+
+private:
+    using Task = std::function<void()>;
+
+    // In the order of posting, on the thread.
+    void post(Task task)
+    {
+        auto* source = g_idle_source_new();
+        g_source_set_priority(source, G_PRIORITY_DEFAULT);
+        g_source_set_callback(
+            source,
+            [](void* posted) -> gboolean {
+                (*static_cast<Task*>(posted))();
+                return G_SOURCE_REMOVE;
+            },
+            new Task(std::move(task)), [](void* posted) { delete static_cast<Task*>(posted); });
+        g_source_attach(source, context.get());
+        g_source_unref(source); // which the context holds
+    }
+
+    void run(const std::string& cacheFolder, std::size_t cacheBytes)
+    {
+        g_main_context_push_thread_default(context.get());
+        open(cacheFolder, cacheBytes);
+        g_main_loop_run(loop.get());
+        for (const auto& [id, exchange] : exchanges)
+            exchange->cancel();
+        while (!exchanges.empty())
+            g_main_context_iteration(context.get(), TRUE);
+        indexTimer = nullptr;
+        if (cache)
+            soup_cache_flush(cache.get()); // waits for files that are being written
+        writeIndex();
+        cache = nullptr;
+        session = nullptr;
+        while (g_main_context_iteration(context.get(), FALSE)) { } // what the library still has to close
+        g_main_context_pop_thread_default(context.get());
+    }
+
+    void open(const std::string& cacheFolder, std::size_t cacheBytes)
+    {
+        // Exchanges keep their own time.
+        session.reset(soup_session_new_with_options("max-conns", mostConnections, "max-conns-per-host", mostConnectionsToOneHost,
+            "timeout", 0u, "idle-timeout", 30u, "accept-language-auto", TRUE, nullptr));
+        if (cacheFolder.empty() || g_mkdir_with_parents(cacheFolder.c_str(), 0700) != 0)
+            return;
+        cache.reset(soup_cache_new(cacheFolder.c_str(), SOUP_CACHE_SINGLE_USER));
+        soup_cache_set_max_size(cache.get(), guint(std::min<std::size_t>(cacheBytes, G_MAXINT)));
+        soup_session_add_feature(session.get(), SOUP_SESSION_FEATURE(cache.get()));
+        soup_cache_load(cache.get());
+    }
+
+    void writeIndexSoon()
+    {
+        if (!cache)
+            return;
+        indexTimer.reset(g_timeout_source_new_seconds(secondsUntilIndexIsWritten));
+        g_source_set_callback(
+            indexTimer.get(),
+            [](void* session) -> gboolean {
+                static_cast<Session*>(session)->writeIndex();
+                return G_SOURCE_REMOVE;
+            },
+            this, nullptr);
+        g_source_attach(indexTimer.get(), context.get());
+    }
+
+    // The library finds its files again by an index that it writes only when asked. With an answer on its way there is a next
+    // time.
+    void writeIndex()
+    {
+        if (cache && exchanges.empty())
+            soup_cache_dump(cache.get());
+    }
+
+    const Handle<GMainContext> context;
+    const Handle<GMainLoop> loop;
+    Handle<SoupSession> session;
+    Handle<SoupCache> cache; // null: none
+    Handle<GSource> indexTimer;
+    std::map<std::uint64_t, std::unique_ptr<Exchange>> exchanges;
+    std::thread thread; // the last member, since it uses the others
+};
+
+Exchange::Exchange(Session& session, std::uint64_t id, HttpRequest request, HttpSession::Done done)
+    : session(session)
+    , id(id)
+    , request(std::move(request))
+    , done(std::move(done))
+    , cancellable(g_cancellable_new())
+    , wholeDeadline(g_get_monotonic_time() + gint64(this->request.limits.wholeSeconds * G_USEC_PER_SEC))
+{
+}
+
+void Exchange::start()
+{
+    message.reset(soup_message_new(SOUP_METHOD_GET, request.address.c_str()));
+    if (!message) {
+        tell("is no address for HTTP");
+        return end();
+    }
+    auto* headers = soup_message_get_request_headers(message.get());
+    soup_message_headers_append(headers, "Accept", "image/jpeg,image/png,image/svg+xml,image/*;q=0.8");
+    if (request.revalidates)
+        soup_message_headers_append(headers, "Cache-Control", "no-cache");
+    g_signal_connect(message.get(), "restarted", G_CALLBACK(didRestart), this);
+    timer.reset(g_timeout_source_new(0));
+    g_source_set_callback(timer.get(), didTimeOut, this, nullptr);
+    rearm();
+    g_source_attach(timer.get(), session.mainContext());
+    send();
+}
+
+void Exchange::cancel()
+{
+    done = nullptr;
+    g_cancellable_cancel(cancellable.get());
+}
+
+void Exchange::send()
+{
+    soup_session_send_async(
+        session.soup(), message.get(), G_PRIORITY_DEFAULT, cancellable.get(),
+        [](GObject*, GAsyncResult* result, void* self) { static_cast<Exchange*>(self)->didSend(result); }, this);
+}
+
+void Exchange::didSend(GAsyncResult* result)
+{
+    GError* failure = nullptr;
+    stream.reset(soup_session_send_finish(session.soup(), result, &failure));
+    const Handle<GError> error(failure);
+    if (!stream) {
+        tell(!problem.empty() ? problem : error ? error->message : "no answer");
+        return end();
+    }
+    if (problem.empty())
+        problem = faultOfHead();
+    if (!problem.empty()) {
+        tell(problem);
+        return end();
+    }
+    rearm();
+    readOn();
+}
+
+void Exchange::readOn()
+{
+    g_input_stream_read_bytes_async(
+        stream.get(), chunkBytes, G_PRIORITY_DEFAULT, cancellable.get(),
+        [](GObject*, GAsyncResult* result, void* self) { static_cast<Exchange*>(self)->didRead(result); }, this);
+}
+
+void Exchange::didRead(GAsyncResult* result)
+{
+    GError* failure = nullptr;
+    const Handle<GBytes> bytes(g_input_stream_read_bytes_finish(stream.get(), result, &failure));
+    const Handle<GError> error(failure);
+    if (!bytes) {
+        tell(!problem.empty() ? problem : error ? error->message : "the answer broke off");
+        return end();
+    }
+    gsize count = 0;
+    const auto* data = static_cast<const std::uint8_t*>(g_bytes_get_data(bytes.get(), &count));
+    if (count == 0) {
+        tell({});
+        return end();
+    }
+    if (body.size() + count > request.limits.bytes) {
+        tell("the answer has more than " + std::to_string(request.limits.bytes) + " bytes");
+        return end();
+    }
+    body.insert(body.end(), data, data + count);
+    rearm();
+    readOn();
+}
+
+// Why an answer is none, as far as its status and headers tell.
+std::string Exchange::faultOfHead() const
+{
+    const auto status = soup_message_get_status(message.get());
+    if (status != SOUP_STATUS_OK)
+        return "the server answered " + std::to_string(int(status)) + " " + soup_status_get_phrase(status);
+    auto* headers = soup_message_get_response_headers(message.get());
+    const char* type = soup_message_headers_get_content_type(headers, nullptr);
+    if (type && g_ascii_strncasecmp(type, "text/", 5) == 0)
+        return "the server sent " + std::string(type);
+    if (soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CONTENT_LENGTH
+        && std::size_t(soup_message_headers_get_content_length(headers)) > request.limits.bytes)
+        return "the answer has more than " + std::to_string(request.limits.bytes) + " bytes";
+    return {};
+}
+
+void Exchange::giveUp(std::string why)
+{
+    if (problem.empty())
+        problem = std::move(why);
+    g_cancellable_cancel(cancellable.get());
+}
+
+void Exchange::tell(std::string why)
+{
+    if (const auto call = std::exchange(done, nullptr))
+        call(why.empty() ? HttpAnswer { std::move(body), {} } : HttpAnswer { {}, std::move(why) });
+}
+
+void Exchange::end()
+{
+    if (message)
+        g_signal_handlers_disconnect_by_data(message.get(), this);
+    session.forget(id); // deletes this
+}
+
+void Exchange::rearm()
+{
+    const auto idleDeadline = g_get_monotonic_time() + gint64(request.limits.idleSeconds * G_USEC_PER_SEC);
+    g_source_set_ready_time(timer.get(), std::min(idleDeadline, wholeDeadline));
+}
+
+gboolean Exchange::didTimeOut(void* exchange)
+{
+    auto& self = *static_cast<Exchange*>(exchange);
+    const bool isWhole = g_get_monotonic_time() >= self.wholeDeadline;
+    self.giveUp(isWhole ? "took longer than " + secondsText(self.request.limits.wholeSeconds)
+                        : "no sign of life for " + secondsText(self.request.limits.idleSeconds));
+    return G_SOURCE_REMOVE;
+}
+
+void Exchange::didRestart(SoupMessage*, void* exchange)
+{
+    auto& self = *static_cast<Exchange*>(exchange);
+    if (++self.redirects > self.request.limits.redirects)
+        self.giveUp("more than " + std::to_string(self.request.limits.redirects) + " redirections");
+}
+
+class Http final : public HttpModule {
+public:
+    std::unique_ptr<HttpSession> open(const std::string& cacheFolder, std::size_t cacheBytes) override
+    {
+        return std::make_unique<Session>(cacheFolder, cacheBytes);
+    }
+};
+
+} // namespace
+
+} // namespace platform
+
+MIVORA_EXPORT_MODULE(platform::HttpModule, platform::Http);
