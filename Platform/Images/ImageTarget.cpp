@@ -10,6 +10,9 @@ namespace platform {
 
 namespace {
 
+// Bytes of free pixel memory left to others; the steps between a large file and a small picture are too much to hold on to.
+constexpr std::size_t mostPixelsKept = 4u << 20;
+
 std::shared_ptr<const Bitmap> cut(const std::shared_ptr<const Bitmap>& source, const PixelRect& part)
 {
     if (part == source->bounds())
@@ -86,9 +89,7 @@ std::shared_ptr<const CGImage> brought(const std::shared_ptr<const CGImage>& ima
     return nullptr;
 }
 
-} // namespace
-
-std::shared_ptr<const CGImage> decodeImage(const Data& bytes, const std::string& name, const ImageTarget& target)
+std::shared_ptr<const CGImage> decode(const Data& bytes, const std::string& name, const ImageTarget& target)
 {
     const bool isNatural = target.fit == ImageFit::natural;
     const auto image
@@ -99,6 +100,15 @@ std::shared_ptr<const CGImage> decodeImage(const Data& bytes, const std::string&
     if (!result)
         NSLog("image \"" + name + "\" not shown: no memory for " + std::to_string(target.width) + " by "
             + std::to_string(target.height) + " pixels of it");
+    return result;
+}
+
+} // namespace
+
+std::shared_ptr<const CGImage> decodeImage(const Data& bytes, const std::string& name, const ImageTarget& target)
+{
+    auto result = decode(bytes, name, target);
+    PixelPool::trim(mostPixelsKept);
     return result;
 }
 
