@@ -1,14 +1,12 @@
 #include "Platform/Images/ImageFetcher.h"
 
-#include "Platform/Foundation/ModuleLoader.h"
 #include "Platform/Images/ImageWorkers.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
-#include <mutex>
-#include <thread>
-#include <vector>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,7 +16,7 @@ namespace platform {
 
 namespace {
 
-FetchedImage failed(std::string problem) { return { nullptr, std::move(problem) }; }
+FetchedImage failed(std::string problem) { return { nullptr, std::move(problem), {} }; }
 
 // A pipe or a device is not waited for.
 FetchedImage readFile(const std::string& path, std::size_t mostBytes)
@@ -48,115 +46,85 @@ FetchedImage readFile(const std::string& path, std::size_t mostBytes)
         count += std::size_t(std::max<ssize_t>(read, 0));
     }
     bytes->resize(count);
-    return { std::move(bytes), {} };
+    return { std::move(bytes), {}, {} };
+}
+
+// By the machine's clock, also in scenes whose own clock stands still: that is the one that servers go by.
+double wallTime() { return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count(); }
+
+// What an answer comes to, together with what was known before.
+FetchedImage judged(HttpAnswer answer, const std::optional<KeptAnswer>& known)
+{
+    if (!answer.problem.empty())
+        return failed(std::move(answer.problem));
+    if (answer.isUnchanged && !known)
+        return failed("the server says that nothing has changed, unasked");
+    const auto bytes = answer.isUnchanged ? known->bytes : std::make_shared<const Data>(std::move(answer.body));
+    FetchedImage fetched { bytes, {}, {} };
+    const double fresh = answer.freshSeconds.value_or(0);
+    const bool canBeAskedFor = !answer.etag.empty() || !answer.lastModified.empty();
+    const bool isNews = !answer.isUnchanged || fresh > 0; // else the disk has it as it is
+    if (answer.freshSeconds && isNews && (fresh > 0 || canBeAskedFor)) {
+        const bool isSilent = answer.isUnchanged && !canBeAskedFor; // then the former marks hold
+        fetched.toKeep = KeptAnswer { bytes, isSilent ? known->etag : std::move(answer.etag),
+            isSilent ? known->lastModified : std::move(answer.lastModified), wallTime() + fresh };
+    }
+    return fetched;
 }
 
 } // namespace
 
-struct ImageFetcher::Impl {
-    struct Waiting {
-        std::uint64_t id;
-        HttpRequest request;
-        HttpSession::Done done;
-    };
-
-    Impl(ImageWorkers& workers, const HttpLimits& limits, std::string cacheFolder, std::size_t cacheBytes)
-        : workers(workers)
-        , limits(limits)
-        , cacheFolder(std::move(cacheFolder))
-        , cacheBytes(cacheBytes)
-    {
-    }
-
-    ImageWorkers& workers;
-    const HttpLimits limits;
-    const std::string cacheFolder;
-    const std::size_t cacheBytes;
-    std::uint64_t requests = 0; // over HTTP so far
-
-    std::thread opener;
-    std::mutex mutex; // of what follows
-    std::vector<Waiting> waiting; // for the session
-    std::unique_ptr<HttpSession> session;
-    bool opened = false; // with a session or without
-
-    // Loading the library takes tens of milliseconds, so a thread does it.
-    void openSession()
-    {
-        auto* module = loadModule<HttpModule>("http");
-        auto made = module ? module->open(cacheFolder, cacheBytes) : nullptr;
-        std::vector<Waiting> first;
-        {
-            const std::lock_guard lock(mutex);
-            session = std::move(made);
-            opened = true;
-            first.swap(waiting);
-            if (session) {
-                for (auto& entry : first)
-                    session->get(entry.id, std::move(entry.request), std::move(entry.done));
-                return;
-            }
-        }
-        for (auto& entry : first)
-            entry.done({ {}, "the HTTP module is not there" });
-    }
-
-    void get(std::uint64_t id, HttpRequest request, HttpSession::Done done)
-    {
-        std::unique_lock lock(mutex);
-        if (opened && !session) {
-            lock.unlock();
-            return done({ {}, "the HTTP module is not there" });
-        }
-        if (session)
-            return session->get(id, std::move(request), std::move(done));
-        waiting.push_back({ id, std::move(request), std::move(done) });
-        if (!opener.joinable())
-            opener = std::thread([this] { openSession(); });
-    }
-};
+ImageFetcher::Fetch::~Fetch()
+{
+    if (task)
+        fetcher.workers.cancel(task);
+    fetcher.client.cancel(*ticket);
+}
 
 ImageFetcher::ImageFetcher(ImageWorkers& workers, const HttpLimits& limits, std::string cacheFolder, std::size_t cacheBytes)
-    : impl(std::make_unique<Impl>(workers, limits, std::move(cacheFolder), cacheBytes))
+    : workers(workers)
+    , limits(limits)
+    , disk(std::move(cacheFolder), cacheBytes)
 {
 }
 
-ImageFetcher::~ImageFetcher()
+std::unique_ptr<ImageFetcher::Fetch> ImageFetcher::fetch(const URL& address, bool asksAnew, Done done)
 {
-    if (impl->opener.joinable())
-        impl->opener.join();
-}
-
-// An id is twice a worker's task for a file; for an HTTP request it is odd.
-std::uint64_t ImageFetcher::fetch(const URL& address, bool revalidates, Done done)
-{
+    std::unique_ptr<Fetch> made(new Fetch(*this));
     const auto scheme = address.scheme();
     if (scheme == "file") {
-        return 2 * impl->workers.run([path = address.filePath(), most = impl->limits.bytes, done = std::move(done)] {
-            done(readFile(path, most));
+        made->task = workers.run([ticket = made->ticket, path = address.filePath(), most = limits.bytes, done = std::move(done)] {
+            auto fetched = readFile(path, most);
+            if (!ticket->isOver.exchange(true))
+                done(std::move(fetched));
         });
-    }
-    const auto id = 2 * ++impl->requests + 1;
-    if (scheme == "http" || scheme == "https") {
-        impl->get(id, { address.absoluteString(), impl->limits, revalidates }, [done = std::move(done)](HttpAnswer answer) {
-            if (!answer.problem.empty())
-                return done(failed(std::move(answer.problem)));
-            done({ std::make_shared<const Data>(std::move(answer.body)), {} });
-        });
+    } else if (scheme == "http" || scheme == "https") {
+        made->task = workers.run([this, ticket = made->ticket, address = address.absoluteString(), asksAnew,
+                                     done = std::move(done)] { look(address, asksAnew, ticket, done); });
     } else {
+        made->ticket->isOver = true;
         done(failed("only http, https and file addresses are loaded"));
     }
-    return id;
+    return made;
 }
 
-void ImageFetcher::cancel(std::uint64_t id)
+void ImageFetcher::keep(const URL& address, KeptAnswer answer)
 {
-    if (id % 2 == 0)
-        return impl->workers.cancel(id / 2);
-    const std::lock_guard lock(impl->mutex);
-    std::erase_if(impl->waiting, [id](const auto& entry) { return entry.id == id; });
-    if (impl->session)
-        impl->session->cancel(id);
+    if (disk.isUsed())
+        workers.run([this, address = address.absoluteString(), answer = std::move(answer)] { disk.write(address, answer); });
+}
+
+void ImageFetcher::look(
+    const std::string& address, bool asksAnew, const std::shared_ptr<HttpClient::Ticket>& ticket, const Done& done)
+{
+    const auto known = asksAnew ? std::nullopt : disk.read(address);
+    if (known && wallTime() < known->freshUntil) {
+        if (!ticket->isOver.exchange(true))
+            done({ known->bytes, {}, {} });
+        return;
+    }
+    HttpRequest request { address, limits, known ? known->etag : "", known ? known->lastModified : "" };
+    client.get(ticket, std::move(request), [known, done](HttpAnswer answer) { done(judged(std::move(answer), known)); });
 }
 
 } // namespace platform

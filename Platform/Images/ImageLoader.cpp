@@ -42,8 +42,9 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
     struct Source {
         URL url;
         std::uint64_t serial = 0; // tells its answer from one of a cancelled fetch
-        std::uint64_t fetch = 0; // the fetcher's id while it is under way
+        std::unique_ptr<ImageFetcher::Fetch> fetch; // while it is under way
         std::shared_ptr<const Data> bytes; // once they are there
+        std::optional<KeptAnswer> toKeep; // on the disk, once they have proved to be a picture
         std::optional<CountedJob> job; // until they are there
     };
     using DecodeKey = std::pair<std::string, ImageTarget>;
@@ -60,6 +61,15 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
     {
     }
 
+    // What is still to be written to the disk is written.
+    ~Impl()
+    {
+        sources.clear();
+        for (const auto& [key, decode] : decodes)
+            workers.cancel(decode.task);
+        workers.finish();
+    }
+
     // Wishes
 
     std::uint64_t add(Asker asker, const URL& url)
@@ -68,7 +78,7 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
         const auto address = asker.address;
         askers.emplace(id, std::move(asker));
         const bool isNew = !sources.contains(address);
-        Source& source = sources.try_emplace(address, Source { url, 0, 0, memory.findFile(address), {} }).first->second;
+        Source& source = sources.try_emplace(address, Source { url, 0, {}, memory.findFile(address), {}, {} }).first->second;
         if (source.bytes) {
             startDecodes(address);
         } else if (isNew) {
@@ -119,12 +129,11 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
 
     void dropSource(const std::string& address)
     {
-        const auto source = sources.extract(address);
+        auto source = sources.extract(address);
         if (!source)
             return;
         std::erase(waiting, address);
-        if (const auto fetch = source.mapped().fetch) {
-            fetcher.cancel(fetch);
+        if (std::exchange(source.mapped().fetch, nullptr)) {
             --fetching;
             startFetches();
         }
@@ -157,7 +166,7 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
         if (source == sources.end() || source->second.serial != serial)
             return; // cancelled when it was on its way here
         const auto job = std::exchange(source->second.job, std::nullopt); // ends when all that follows from it has begun
-        source->second.fetch = 0;
+        source->second.fetch = nullptr;
         --fetching;
         startFetches();
         if (!fetched.bytes) {
@@ -165,6 +174,7 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
             return fail(address);
         }
         source->second.bytes = fetched.bytes;
+        source->second.toKeep = fetched.toKeep;
         memory.keepFile(address, fetched.bytes);
         startDecodes(address);
     }
@@ -207,6 +217,10 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
             return fail(key.first);
         }
         failures.erase(key.first);
+        if (const auto source = sources.find(key.first); source != sources.end()) {
+            if (auto answer = std::exchange(source->second.toKeep, std::nullopt))
+                fetcher.keep(source->second.url, std::move(*answer));
+        }
         memory.keep(key.first, key.second, picture);
         complete(picture, [&](const Asker& asker) { return asker.target == key.second && asker.address == key.first; });
         dropUnwanted(key.first);

@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -28,7 +29,7 @@ struct ImageWorkers::Impl {
             ++idle;
             changed.wait(lock, [this] { return ending || !tasks.empty(); });
             --idle;
-            if (ending)
+            if (tasks.empty())
                 return;
             const auto newest = std::prev(tasks.end());
             Task task = std::move(newest->second);
@@ -46,23 +47,14 @@ ImageWorkers::ImageWorkers()
 {
 }
 
-ImageWorkers::~ImageWorkers()
-{
-    std::map<std::uint64_t, Task> dropped; // ends outside the lock
-    {
-        const std::lock_guard lock(impl->mutex);
-        impl->ending = true;
-        dropped.swap(impl->tasks);
-    }
-    impl->changed.notify_all();
-    for (auto& thread : impl->threads)
-        thread.join();
-}
+ImageWorkers::~ImageWorkers() { finish(); }
 
 std::uint64_t ImageWorkers::run(Task task)
 {
     const std::lock_guard lock(impl->mutex);
     const auto id = impl->nextId++;
+    if (impl->ending)
+        return id;
     impl->tasks.emplace(id, std::move(task));
     if (impl->idle < impl->tasks.size() && impl->threads.size() < mostThreads)
         impl->threads.emplace_back([this] { impl->work(); });
@@ -79,6 +71,17 @@ void ImageWorkers::cancel(std::uint64_t id)
         return;
     task = std::move(found->second);
     impl->tasks.erase(found);
+}
+
+void ImageWorkers::finish()
+{
+    {
+        const std::lock_guard lock(impl->mutex);
+        impl->ending = true;
+    }
+    impl->changed.notify_all();
+    for (auto& thread : std::exchange(impl->threads, {}))
+        thread.join();
 }
 
 } // namespace platform

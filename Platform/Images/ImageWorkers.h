@@ -13,12 +13,13 @@ public:
     using Task = std::function<void()>;
 
     ImageWorkers();
-    ~ImageWorkers(); // drops what waits and ends what runs
+    ~ImageWorkers(); // after finish
     ImageWorkers(const ImageWorkers&) = delete;
     ImageWorkers& operator=(const ImageWorkers&) = delete;
 
     std::uint64_t run(Task task); // an id, never 0
     void cancel(std::uint64_t id); // no effect on one that runs already
+    void finish(); // does what still waits; from then on nothing more is taken
 
 private:
     struct Impl;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -88,8 +89,12 @@ void RawServer::on(const std::string& path, Answer answer)
 std::string RawServer::response(
     const std::string& body, const std::string& type, const std::string& headers, const std::string& status)
 {
-    return "HTTP/1.1 " + status + "\r\nContent-Type: " + type + "\r\nContent-Length: " + std::to_string(body.size())
-        + "\r\nConnection: close\r\n" + headers + "\r\n" + body;
+    char date[64];
+    const auto now = std::time(nullptr);
+    std::tm parts {};
+    std::strftime(date, sizeof date, "%a, %d %b %Y %H:%M:%S GMT", ::gmtime_r(&now, &parts));
+    return "HTTP/1.1 " + status + "\r\nDate: " + date + "\r\nContent-Type: " + type
+        + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\nConnection: close\r\n" + headers + "\r\n" + body;
 }
 
 std::string RawServer::address(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(port) + path; }

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -16,7 +18,8 @@ namespace {
 constexpr int mostConnections = 12;
 constexpr int mostConnectionsToOneHost = 6; // as browsers have it
 constexpr gsize chunkBytes = 64 * 1024;
-constexpr guint secondsUntilIndexIsWritten = 1; // of quiet, so that a list of pictures writes it once
+constexpr double longestFreshness = 365 * 86400.0; // seconds
+constexpr double longestGuess = 86400; // seconds, where the server says no more than when the picture was made
 
 struct Unref {
     void operator()(GMainContext* context) const { g_main_context_unref(context); }
@@ -39,6 +42,44 @@ std::string secondsText(double seconds)
     return text;
 }
 
+// Seconds since 1970 of a header that holds a date; nothing when it is not there or none.
+std::optional<double> dateHeader(SoupMessageHeaders* headers, const char* name)
+{
+    const char* text = soup_message_headers_get_one(headers, name);
+    auto* date = text ? soup_date_time_new_from_http_string(text) : nullptr;
+    if (!date)
+        return std::nullopt;
+    const auto seconds = double(g_date_time_to_unix(date));
+    g_date_time_unref(date);
+    return seconds;
+}
+
+// For how long an answer holds from now on, as its headers say; nothing when it must not be kept.
+std::optional<double> freshness(SoupMessageHeaders* headers)
+{
+    const char* control = soup_message_headers_get_list(headers, "Cache-Control");
+    const std::unique_ptr<GHashTable, void (*)(GHashTable*)> rules(
+        soup_header_parse_param_list(control ? control : ""), soup_header_free_param_list);
+    const auto says = [&](const char* rule) { return g_hash_table_contains(rules.get(), rule) == TRUE; };
+    const char* vary = soup_message_headers_get_list(headers, "Vary");
+    if (says("no-store") || (vary && std::string_view(vary).find('*') != std::string_view::npos))
+        return std::nullopt;
+    if (says("no-cache"))
+        return 0;
+    const double now = double(g_get_real_time()) / G_USEC_PER_SEC;
+    const double date = dateHeader(headers, "Date").value_or(now);
+    double lifetime = 0;
+    if (const auto* age = static_cast<const char*>(g_hash_table_lookup(rules.get(), "max-age")))
+        lifetime = double(g_ascii_strtoull(age, nullptr, 10));
+    else if (soup_message_headers_get_one(headers, "Expires"))
+        lifetime = dateHeader(headers, "Expires").value_or(0) - date;
+    else if (const auto made = dateHeader(headers, "Last-Modified"))
+        lifetime = std::min((date - *made) / 10, longestGuess);
+    const char* age = soup_message_headers_get_one(headers, "Age");
+    const double passed = age ? double(g_ascii_strtoull(age, nullptr, 10)) : 0;
+    return std::clamp(lifetime - passed, 0.0, longestFreshness);
+}
+
 class Session;
 
 // A request on its way. Lives on the session's thread, from its start until the library has called back for the last time.
@@ -57,6 +98,8 @@ private:
     void didRead(GAsyncResult* result);
     std::string faultOfHead() const;
     void giveUp(std::string problem); // ends when the library has let go
+    HttpAnswer answer();
+    void tell(HttpAnswer answer);
     void tell(std::string problem);
     void end();
     void rearm();
@@ -79,10 +122,10 @@ private:
 
 class Session final : public HttpSession {
 public:
-    Session(std::string cacheFolder, std::size_t cacheBytes)
+    Session()
         : context(g_main_context_new())
         , loop(g_main_loop_new(context.get(), FALSE))
-        , thread([this, cacheFolder = std::move(cacheFolder), cacheBytes] { run(cacheFolder, cacheBytes); })
+        , thread([this] { run(); })
     {
     }
 
@@ -112,11 +155,7 @@ public:
     // For exchanges, on the thread.
     SoupSession* soup() const { return session.get(); }
     GMainContext* mainContext() const { return context.get(); }
-    void forget(std::uint64_t id)
-    {
-        exchanges.erase(id);
-        writeIndexSoon();
-    }
+    void forget(std::uint64_t id) { exchanges.erase(id); }
 
 private:
     using Task = std::function<void()>;
@@ -137,66 +176,25 @@ private:
         g_source_unref(source); // which the context holds
     }
 
-    void run(const std::string& cacheFolder, std::size_t cacheBytes)
+    void run()
     {
         g_main_context_push_thread_default(context.get());
-        open(cacheFolder, cacheBytes);
+        // Exchanges keep their own time.
+        session.reset(soup_session_new_with_options("max-conns", mostConnections, "max-conns-per-host", mostConnectionsToOneHost,
+            "timeout", 0u, "idle-timeout", 30u, "accept-language-auto", TRUE, nullptr));
         g_main_loop_run(loop.get());
         for (const auto& [id, exchange] : exchanges)
             exchange->cancel();
         while (!exchanges.empty())
             g_main_context_iteration(context.get(), TRUE);
-        indexTimer = nullptr;
-        if (cache)
-            soup_cache_flush(cache.get()); // waits for files that are being written
-        writeIndex();
-        cache = nullptr;
         session = nullptr;
         while (g_main_context_iteration(context.get(), FALSE)) { } // what the library still has to close
         g_main_context_pop_thread_default(context.get());
     }
 
-    void open(const std::string& cacheFolder, std::size_t cacheBytes)
-    {
-        // Exchanges keep their own time.
-        session.reset(soup_session_new_with_options("max-conns", mostConnections, "max-conns-per-host", mostConnectionsToOneHost,
-            "timeout", 0u, "idle-timeout", 30u, "accept-language-auto", TRUE, nullptr));
-        if (cacheFolder.empty() || g_mkdir_with_parents(cacheFolder.c_str(), 0700) != 0)
-            return;
-        cache.reset(soup_cache_new(cacheFolder.c_str(), SOUP_CACHE_SINGLE_USER));
-        soup_cache_set_max_size(cache.get(), guint(std::min<std::size_t>(cacheBytes, G_MAXINT)));
-        soup_session_add_feature(session.get(), SOUP_SESSION_FEATURE(cache.get()));
-        soup_cache_load(cache.get());
-    }
-
-    void writeIndexSoon()
-    {
-        if (!cache)
-            return;
-        indexTimer.reset(g_timeout_source_new_seconds(secondsUntilIndexIsWritten));
-        g_source_set_callback(
-            indexTimer.get(),
-            [](void* session) -> gboolean {
-                static_cast<Session*>(session)->writeIndex();
-                return G_SOURCE_REMOVE;
-            },
-            this, nullptr);
-        g_source_attach(indexTimer.get(), context.get());
-    }
-
-    // The library finds its files again by an index that it writes only when asked. With an answer on its way there is a next
-    // time.
-    void writeIndex()
-    {
-        if (cache && exchanges.empty())
-            soup_cache_dump(cache.get());
-    }
-
     const Handle<GMainContext> context;
     const Handle<GMainLoop> loop;
     Handle<SoupSession> session;
-    Handle<SoupCache> cache; // null: none
-    Handle<GSource> indexTimer;
     std::map<std::uint64_t, std::unique_ptr<Exchange>> exchanges;
     std::thread thread; // the last member, since it uses the others
 };
@@ -220,8 +218,10 @@ void Exchange::start()
     }
     auto* headers = soup_message_get_request_headers(message.get());
     soup_message_headers_append(headers, "Accept", "image/jpeg,image/png,image/svg+xml,image/*;q=0.8");
-    if (request.revalidates)
-        soup_message_headers_append(headers, "Cache-Control", "no-cache");
+    if (!request.etag.empty())
+        soup_message_headers_append(headers, "If-None-Match", request.etag.c_str());
+    if (!request.lastModified.empty())
+        soup_message_headers_append(headers, "If-Modified-Since", request.lastModified.c_str());
     g_signal_connect(message.get(), "restarted", G_CALLBACK(didRestart), this);
     timer.reset(g_timeout_source_new(0));
     g_source_set_callback(timer.get(), didTimeOut, this, nullptr);
@@ -258,6 +258,10 @@ void Exchange::didSend(GAsyncResult* result)
         tell(problem);
         return end();
     }
+    if (soup_message_get_status(message.get()) == SOUP_STATUS_NOT_MODIFIED) {
+        tell(answer());
+        return end();
+    }
     rearm();
     readOn();
 }
@@ -281,7 +285,7 @@ void Exchange::didRead(GAsyncResult* result)
     gsize count = 0;
     const auto* data = static_cast<const std::uint8_t*>(g_bytes_get_data(bytes.get(), &count));
     if (count == 0) {
-        tell({});
+        tell(answer());
         return end();
     }
     if (body.size() + count > request.limits.bytes) {
@@ -297,6 +301,9 @@ void Exchange::didRead(GAsyncResult* result)
 std::string Exchange::faultOfHead() const
 {
     const auto status = soup_message_get_status(message.get());
+    const bool asksForChange = !request.etag.empty() || !request.lastModified.empty();
+    if (status == SOUP_STATUS_NOT_MODIFIED && asksForChange)
+        return {};
     if (status != SOUP_STATUS_OK)
         return "the server answered " + std::to_string(int(status)) + " " + soup_status_get_phrase(status);
     auto* headers = soup_message_get_response_headers(message.get());
@@ -316,10 +323,36 @@ void Exchange::giveUp(std::string why)
     g_cancellable_cancel(cancellable.get());
 }
 
-void Exchange::tell(std::string why)
+HttpAnswer Exchange::answer()
+{
+    auto* headers = soup_message_get_response_headers(message.get());
+    const auto header = [headers](const char* name) {
+        const char* value = soup_message_headers_get_one(headers, name);
+        return std::string(value ? value : "");
+    };
+    HttpAnswer made;
+    made.isUnchanged = soup_message_get_status(message.get()) == SOUP_STATUS_NOT_MODIFIED;
+    made.body = std::move(body);
+    made.etag = header("ETag");
+    made.lastModified = header("Last-Modified");
+    made.freshSeconds = freshness(headers);
+    // Where it was sent on from may send it elsewhere tomorrow.
+    if (made.freshSeconds && redirects > 0)
+        made.freshSeconds = 0;
+    return made;
+}
+
+void Exchange::tell(HttpAnswer made)
 {
     if (const auto call = std::exchange(done, nullptr))
-        call(why.empty() ? HttpAnswer { std::move(body), {} } : HttpAnswer { {}, std::move(why) });
+        call(std::move(made));
+}
+
+void Exchange::tell(std::string why)
+{
+    HttpAnswer made;
+    made.problem = std::move(why);
+    tell(std::move(made));
 }
 
 void Exchange::end()
@@ -353,10 +386,7 @@ void Exchange::didRestart(SoupMessage*, void* exchange)
 
 class Http final : public HttpModule {
 public:
-    std::unique_ptr<HttpSession> open(const std::string& cacheFolder, std::size_t cacheBytes) override
-    {
-        return std::make_unique<Session>(cacheFolder, cacheBytes);
-    }
+    std::unique_ptr<HttpSession> open() override { return std::make_unique<Session>(); }
 };
 
 } // namespace
