@@ -63,11 +63,15 @@ void UITabBarController::setSelectedIndex(std::size_t index)
     selectedIndex_ = index;
     if (!isViewLoaded())
         return;
-    // It goes out of sight, not out of the bar.
+    // They come and go, but neither joins nor leaves the bar.
     former->beginAppearanceTransition(false, false);
     former->view()->removeFromSuperview();
     former->endAppearanceTransition();
+    const auto next = selectedViewController();
+    if (isShown())
+        next->beginAppearanceTransition(true, false);
     showSelected();
+    next->endAppearanceTransition();
 }
 
 std::shared_ptr<UIViewController> UITabBarController::selectedViewController() const

@@ -188,8 +188,7 @@ TEST_F(UIPresentationTest, tabsShowOneAtATime)
     tap({ 240, 460 });
     EXPECT_EQ(tabs->selectedViewController(), b);
     EXPECT_EQ(b->tabBarController(), tabs.get());
-    EXPECT_EQ(taken(),
-        (Heard { "a will disappear, moved out", "a disappeared, moved out", "b will appear, moved in", "b appeared, moved in" }));
+    EXPECT_EQ(taken(), (Heard { "a will disappear", "a disappeared", "b will appear", "b appeared" })) << "both stay in the bar";
     tabs->setSelectedIndex(7);
     EXPECT_EQ(tabs->selectedIndex(), 1u);
 }
