@@ -17,11 +17,11 @@ protected:
         host.advance(0);
     }
     // The kit asks on the screen, at rest.
-    bool isModalOver(const Controller& presenter, const Controller& presented, const Controller& screen)
+    bool isModalOver(const Controller& presenter, const Controller& presented, const Controller& asked)
     {
         presenter->present(presented, false);
         host.advance(0);
-        return isModal(*screen);
+        return isModal(*asked);
     }
     static Controller makeStack(const std::vector<Controller>& controllers)
     {

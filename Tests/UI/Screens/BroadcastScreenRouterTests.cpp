@@ -1,5 +1,6 @@
 #include "Platform/UIKit/UITabBarController.h"
 #include "Tests/UI/Screens/RouterStage.h"
+#include "UI/Extensions/MVViewControllers.h"
 
 namespace mv {
 namespace {
@@ -146,11 +147,11 @@ class RouterEventTest : public RouterStage {
 protected:
     static MVBroadcastLiveUpdate startOf(const std::optional<std::string>& id)
     {
-        return { id, "Winter coats", Date(1000), Status::live, "u1", "Ana", 77 };
+        return { id, "Winter coats", Date { 1000 }, Status::live, "u1", "Ana", 77 };
     }
     static MVBroadcastCompletedUpdate endOf(const std::optional<std::string>& id)
     {
-        return { id, "Coats, over", Date(4600), 3600, Status::completed };
+        return { id, "Coats, over", Date { 4600 }, 3600, Status::completed };
     }
     void start() { service->start(startOf("show")); }
     void complete() { service->complete(endOf("show")); }
@@ -174,7 +175,7 @@ TEST_F(RouterEventTest, goesLiveWhenItsBroadcastStarts)
     EXPECT_FALSE(child<MVBroadcastPreviewScreenController>(*router));
     EXPECT_EQ(router->view()->subviews().size(), 2u);
     EXPECT_EQ(broadcast->status, Status::live);
-    EXPECT_EQ(broadcast->actualStartTime, Date(1000));
+    EXPECT_EQ(broadcast->actualStartTime, Date { 1000 });
     EXPECT_EQ(broadcast->title, "Winter coats");
     ASSERT_TRUE(broadcast->hosts && broadcast->hosts->size() == 1);
     const MVHost& presenter = *broadcast->hosts->front();
@@ -189,7 +190,7 @@ TEST_F(RouterEventTest, takesAbsentFieldsOver)
 {
     const auto router = pushRouter();
     const auto broadcast = answer(Status::upcoming);
-    broadcast->actualStartTime = Date(5);
+    broadcast->actualStartTime = Date { 5 };
     MVBroadcastLiveUpdate begun;
     begun.broadcastId = "show";
     service->start(begun);
@@ -304,7 +305,7 @@ TEST_F(RouterEventTest, announcesTheEndOverThePastScreen)
     EXPECT_TRUE(child<MVPastBroadcastViewController>(*router)) << "it stays, behind the alert";
     EXPECT_FALSE(child<MVBroadcastPreviewScreenController>(*router));
     EXPECT_EQ(broadcast->status, Status::completed);
-    EXPECT_EQ(broadcast->actualEndTime, Date(4600));
+    EXPECT_EQ(broadcast->actualEndTime, Date { 4600 });
     EXPECT_EQ(broadcast->duration, 3600);
     EXPECT_EQ(broadcast->title, "Coats, over");
     host.advance(1);
@@ -551,6 +552,23 @@ TEST_F(RouterLeavingTest, closesOnce)
     EXPECT_EQ(navigation->viewControllers().size(), 2u) << "what lies below stays";
 }
 
+TEST_F(RouterLeavingTest, mayCloseWhileItComes)
+{
+    for (const bool modally : { false, true }) {
+        const auto router = makeRouter();
+        modally ? shop->present(router, true) : navigation->pushViewController(router, true);
+        host.advance(0.1);
+        answer(Status::live);
+        EXPECT_TRUE(isThere());
+        child<MVMivoraScreenViewController>(*router)->onPressCloseButton();
+        EXPECT_TRUE(hasLeft());
+        host.advance(1);
+        EXPECT_EQ(window->topmostController(), navigation);
+        EXPECT_EQ(navigation->topViewController(), shop);
+        EXPECT_FALSE(router->view()->window());
+    }
+}
+
 TEST_F(RouterLeavingTest, hasNoWayBackAsTheLowestOfTheStack)
 {
     const auto router = makeRouter();
@@ -602,6 +620,28 @@ TEST_F(RouterLeavingTest, leavesByTheSwipeThatIsCarriedThrough)
         EXPECT_TRUE(hasLeft());
         EXPECT_EQ(navigation->topViewController(), shop);
     }
+}
+
+TEST_F(RouterLeavingTest, hearsOfTheEndInTheMiddleOfASwipe)
+{
+    const auto router = pushRouter();
+    answer(Status::live);
+    host.touchDown({ 2, 500 });
+    for (const double x : { 20, 60, 120 }) {
+        host.advance(1.0 / 60);
+        host.touchMove({ x, 500 });
+    }
+    complete();
+    host.advance(1);
+    EXPECT_EQ(alertTexts(), endAlert);
+    EXPECT_TRUE(isThere()) << "it has not been let go";
+    host.touchMove({ 2, 500 });
+    host.touchUp({ 2, 500 });
+    host.advance(1);
+    EXPECT_EQ(navigation->topViewController(), router);
+    tapOk();
+    EXPECT_EQ(navigation->topViewController(), shop);
+    EXPECT_TRUE(hasLeft());
 }
 
 TEST_F(RouterLeavingTest, leavesWithTheStackItSitsIn)
@@ -658,19 +698,25 @@ TEST_F(RouterLeavingTest, leavesWhenTheRootIsReplacedOrTheWindowEnds)
     EXPECT_TRUE(hasLeft()) << "without ever having been on the screen";
 }
 
-TEST_F(RouterLeavingTest, leavesWhenItsContainerDropsIt)
+TEST_F(RouterLeavingTest, leavesWithItsContainerOrWithoutIt)
 {
     const auto router = makeRouter();
-    shop->addChild(router);
-    shop->view()->addSubview(router->view());
-    router->didMoveToParent(shop.get());
+    add(*shop, router);
     host.advance(1);
     EXPECT_TRUE(isThere());
-    router->willMoveToParent(nullptr);
-    router->view()->removeFromSuperview();
-    router->removeFromParent();
-    host.advance(1);
+    remove(*router);
     EXPECT_TRUE(hasLeft());
+    const auto container = make<UIViewController>();
+    const auto inner = makeRouter();
+    add(*container, inner);
+    navigation->pushViewController(container, true);
+    host.advance(1);
+    answer(Status::live);
+    EXPECT_TRUE(isThere());
+    child<MVMivoraScreenViewController>(*inner)->onPressCloseButton();
+    EXPECT_TRUE(hasLeft());
+    host.advance(1);
+    EXPECT_EQ(navigation->topViewController(), shop);
 }
 
 TEST_F(RouterLeavingTest, staysInATabThatIsNotSelected)

@@ -214,8 +214,8 @@ void MVBroadcastScreenViewController::leave()
     if (!std::exchange(isRegistered, false))
         return;
     nextAlert = nullptr;
+    Mivora::instance()->removeDelegate(uniqueIdentifer); // first: ending the session may bring an event about
     liveContainerViewController->resetOnEventComplete();
-    Mivora::instance()->removeDelegate(uniqueIdentifer);
     pastBroadcastViewController->removeObservers();
     UIApplication::shared().setIdleTimerDisabled(isApplicationTimeDisabled);
 }
