@@ -1,7 +1,6 @@
 #include "UI/Extensions/MVViewControllers.h"
 
 #include "Platform/UIKit/UINavigationController.h"
-#include "Platform/UIKit/UITabBarController.h"
 #include "Platform/UIKit/UIView.h"
 
 #include <algorithm>
@@ -27,20 +26,13 @@ void remove(UIViewController& controller)
 
 bool isModal(const UIViewController& controller)
 {
-    const auto* navigation = controller.navigationController();
-    if (navigation) {
+    if (const auto* navigation = controller.navigationController()) {
         const auto& stack = navigation->viewControllers();
         const auto place = std::ranges::find(stack, &controller, &std::shared_ptr<UIViewController>::get);
         if (place != stack.end() && place != stack.begin())
             return false;
     }
-    if (controller.presentingViewController())
-        return true;
-    if (navigation && navigation->presentingViewController()
-        && navigation->presentingViewController()->presentedViewController().get() == navigation)
-        return true;
-    const auto* tabBar = controller.tabBarController();
-    return tabBar && dynamic_cast<const UITabBarController*>(tabBar->presentingViewController());
+    return controller.presentingViewController(); // or that of the stack or tab bar around it
 }
 
 } // namespace mv

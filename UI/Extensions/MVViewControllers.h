@@ -15,8 +15,8 @@ namespace mv {
 void add(UIViewController& parent, const std::shared_ptr<UIViewController>& child);
 // Takes a controller and its view out of its parent; without a parent it does nothing.
 void remove(UIViewController& controller);
-// Whether the way back from a screen is to dismiss it rather than to pop it: it was presented itself, or it is the lowest of a
-// presented stack, or its tab bar was presented by another tab bar.
+// Whether the way back from a screen is to dismiss it rather than to pop it: it, or a stack or tab bar around it, was presented,
+// and nothing lies below it in its stack.
 bool isModal(const UIViewController& controller);
 
 } // namespace mv

@@ -80,6 +80,9 @@ TEST_F(IsModalTest, looksAtTheTabBarThatItsStackSitsIn)
     const auto stack = makeStack({ screen, above });
     EXPECT_TRUE(isModalOver(tabs, makeTabs({ stack }), screen)) << "a tab bar over a tab bar";
     EXPECT_FALSE(isModal(*above)) << "it has somewhere to go back to";
+    const Controller single = make<UIViewController>();
+    window->setRootViewController(single);
+    EXPECT_TRUE(isModalOver(single, makeTabs({ root }), root)) << "a tab bar over a single screen";
 }
 
 TEST_F(IsModalTest, goesByTheNearestStack)
@@ -119,8 +122,14 @@ TEST_F(IsModalTest, changesWithTheWayItIsShown)
 class Child final : public UIViewController {
 public:
     std::vector<std::string> heard;
+    bool goesByItself = false; // as soon as it hears that it will
 
-    void willMoveToParent(UIViewController* parent) override { note(parent ? "will join" : "will leave"); }
+    void willMoveToParent(UIViewController* parent) override
+    {
+        note(parent ? "will join" : "will leave");
+        if (!parent && goesByItself)
+            removeFromParent();
+    }
     void didMoveToParent(UIViewController* parent) override { note(parent ? "joined" : "left"); }
 
 protected:
@@ -180,9 +189,11 @@ TEST_F(ChildControllersTest, mayBeRemovedByTheLastWhoKnowsThem)
     const std::weak_ptr<Child> gone = child;
     add(*parent, child);
     auto* last = child.get();
+    child->goesByItself = true;
     child = nullptr;
     remove(*last);
     EXPECT_TRUE(gone.expired());
+    EXPECT_TRUE(parent->view()->subviews().empty());
 }
 
 } // namespace
