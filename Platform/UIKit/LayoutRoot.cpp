@@ -25,19 +25,44 @@ void forEachItem(UIView& view, const std::vector<std::shared_ptr<UILayoutGuide>>
         function(static_cast<UILayoutItem&>(*safeArea));
 }
 
+int openPasses = 0;
+
+// Roots with conflicts to tell of.
+std::vector<LayoutRoot*>& disputed()
+{
+    static std::vector<LayoutRoot*> roots;
+    return roots;
+}
+
 } // namespace
+
+LayoutRoot::Pass::Pass() { ++openPasses; }
+
+LayoutRoot::Pass::~Pass()
+{
+    if (--openPasses > 0)
+        return;
+    for (LayoutRoot* each : std::exchange(disputed(), {}))
+        each->reportLasting();
+}
 
 LayoutRoot::LayoutRoot(UIView& rootView, Use purpose)
     : root(rootView)
     , use(purpose)
 {
-    solver.onConflict = [this](const LayoutConflict& conflict) { report(conflict); };
+    solver.onConflict = [this](const LayoutConflict& conflict) {
+        if (openPasses == 0)
+            return report(conflict);
+        if (conflicts.empty())
+            disputed().push_back(this);
+        conflicts.push_back(conflict);
+    };
     entry(root, nullptr).uses = 1; // never swept
     rootSizeChanged();
     enqueueSubtree(root);
 }
 
-LayoutRoot::~LayoutRoot() = default;
+LayoutRoot::~LayoutRoot() { std::erase(disputed(), this); }
 
 void LayoutRoot::enqueueSubtree(UIView& view)
 {
@@ -240,6 +265,13 @@ void LayoutRoot::report(const LayoutConflict& conflict)
         separator = ", ";
     }
     NSLog(line);
+}
+
+void LayoutRoot::reportLasting()
+{
+    for (const LayoutConflict& conflict : std::exchange(conflicts, {}))
+        if (solver.isDropped(conflict.dropped))
+            report(conflict);
 }
 
 double LayoutRoot::scale() const { return std::max(1.0, root.traitCollection().displayScale); }

@@ -51,6 +51,16 @@ public:
     bool needsSolve() const;
     void solve();
 
+    // Open while views are being laid out. Conflicts are told when the outermost one closes, and only those that are left then:
+    // on the way a safe area may follow a frame that has still to follow the screen.
+    class Pass {
+    public:
+        Pass();
+        ~Pass();
+        Pass(const Pass&) = delete;
+        Pass& operator=(const Pass&) = delete;
+    };
+
     // In the superview's coordinates, edges on device pixels; nothing for an item that takes no part.
     std::optional<CGRect> frame(const UILayoutItem& item);
     // The root's size that meets the constraints and is as near to the target as the priorities ask for.
@@ -132,6 +142,7 @@ private:
     bool measureHeights();
     void markChanged();
     void report(const LayoutConflict& conflict);
+    void reportLasting();
     double scale() const;
 
     UIView& root;
@@ -148,6 +159,7 @@ private:
     std::vector<WeakRef<UIView>> updates;
     std::array<double, 2> rootSize {}; // what the root's size is held at
     std::array<float, 2> rootPriority { requiredLayoutPriority, requiredLayoutPriority };
+    std::vector<LayoutConflict> conflicts; // that were not told yet
     bool solving = false;
 };
 

@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Foundation/URL.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
+#include "Platform/UIKit/LayoutRoot.h"
 #include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
@@ -86,6 +87,7 @@ void UIApplication::cancelTouches(double timestamp)
 
 void UIApplication::layoutWindows()
 {
+    const LayoutRoot::Pass pass;
     // A layout that changes constraints asks for another one; a circle of such changes is cut off.
     for (int round = 0; round < 100; ++round) {
         bool solved = false;

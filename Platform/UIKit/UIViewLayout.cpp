@@ -36,6 +36,7 @@ void UIView::setNeedsLayout() { layer_->setNeedsLayout(); }
 void UIView::layoutIfNeeded()
 {
     const auto keep = weak(this).lock();
+    const LayoutRoot::Pass pass;
     // A layout that changes constraints asks for another one; a circle of such changes is cut off.
     for (int round = 0; round < 100; ++round) {
         UIView& rootView = layoutRootView();

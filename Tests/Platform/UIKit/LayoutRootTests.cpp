@@ -319,5 +319,32 @@ TEST_F(LayoutRootTest, survivesAnySurgery)
     EXPECT_GT(shown, 5u);
 }
 
+// On the way to the new size the strip's safe area still belongs to its former frame, and then the sides are not even.
+TEST_F(LayoutRootTest, saysNothingOfConflictsThatPass)
+{
+    const auto screen = make<UIViewController>();
+    window->setRootViewController(screen);
+    const auto strip = addConstrained("strip", screen->view()), left = addConstrained("left", strip),
+               middle = addConstrained("middle", strip), right = addConstrained("right", strip);
+    const auto safe = strip->safeAreaLayoutGuide();
+    activate({
+        strip->leadingAnchor().equalTo(screen->view()->leadingAnchor()),
+        strip->trailingAnchor().equalTo(screen->view()->trailingAnchor()),
+        left->leadingAnchor().equalTo(safe->leadingAnchor()),
+        left->widthAnchor().equalToConstant(30),
+        middle->leadingAnchor().equalTo(left->trailingAnchor()),
+        middle->centerXAnchor().equalTo(strip->centerXAnchor()),
+        right->leadingAnchor().equalTo(middle->trailingAnchor()),
+        right->widthAnchor().equalToConstant(30),
+        right->trailingAnchor().equalTo(safe->trailingAnchor()),
+    });
+    makeFrame();
+    UIScreen::main().setGeometry({ 480, 320 }, { 0, 44, 0, 44 }, 0.25);
+    makeFrame();
+    EXPECT_EQ(takeLines(), std::vector<std::string> {});
+    EXPECT_EQ(right->frame().x, 480 - 44 - 30);
+    EXPECT_EQ(middle->frame().width, 480 - 2 * 74);
+}
+
 } // namespace
 } // namespace platform
