@@ -9,6 +9,7 @@
 #include "Platform/UIKit/UIWindow.h"
 #include "Showroom/Home/HomeViewController.h"
 #include "Showroom/Scenes/GalleryViewController.h"
+#include "Showroom/Server/MediaServer.h"
 #include "Showroom/Service/CannedService.h"
 
 namespace showroom {
@@ -59,7 +60,10 @@ void ShowroomApp::show(std::shared_ptr<UIViewController> controller)
 void ShowroomApp::installService(const std::function<void(Scenario&)>& change)
 {
     const auto& bundle = Bundle::mainBundle().bundlePath();
-    auto scenario = Scenario::load(bundle + "/Scenarios/shop.json", URL::fileURL(bundle).absoluteString() + "/");
+    if (!media)
+        media = MediaServer::start(bundle);
+    const auto mediaBase = media ? media->address() : URL::fileURL(bundle).absoluteString() + "/";
+    auto scenario = Scenario::load(bundle + "/Scenarios/shop.json", mediaBase);
     translate(scenario);
     if (change)
         change(scenario);

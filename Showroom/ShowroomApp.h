@@ -14,6 +14,7 @@ class UIWindow;
 namespace showroom {
 
 class CannedService;
+class MediaServer;
 struct Scenario;
 
 // The sample shop as an application: its bundle, its language, its broadcast service and its window. Main thread.
@@ -25,8 +26,8 @@ public:
     ~ShowroomApp();
 
     void show(std::shared_ptr<platform::UIViewController> controller);
-    // Makes the canned service, playing the shop's scenario, the kit's. Before the first screen that asks it. The scenario may be
-    // changed before it is played.
+    // Serves the shop's media, and makes the canned service, playing the shop's scenario, the kit's. Before the first screen that
+    // asks it. The scenario may be changed before it is played.
     void installService(const std::function<void(Scenario&)>& change = {});
     // Shows the start page. Its card leads to the gallery for as long as the list of shows is not built. Installs the service if
     // nobody has.
@@ -34,6 +35,7 @@ public:
     const CannedService* service() const { return service_.get(); } // null before it is installed
 
 private:
+    std::unique_ptr<MediaServer> media;
     std::shared_ptr<CannedService> service_;
     std::shared_ptr<platform::UIWindow> window;
 };

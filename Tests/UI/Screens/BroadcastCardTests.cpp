@@ -1,10 +1,18 @@
+#include "Platform/CoreGraphics/CGImage.h"
+#include "Platform/Foundation/Folders.h"
 #include "Platform/Foundation/Locale.h"
+#include "Platform/Host/ViewTree.h"
+#include "Platform/UIKit/UIDevice.h"
 #include "Platform/UIKit/UITableView.h"
 #include "Tests/UI/Stage.h"
 #include "UI/Extensions/MVColor.h"
 #include "UI/Screens/Broadcasts List/SubViews/MVBroadcastLandscapeModeTableCell.h"
 #include "UI/Screens/Broadcasts List/SubViews/MVBroadcastPortraitModeTableCell.h"
 #include "UI/Screens/Broadcasts List/SubViews/MVNoBroadcastView.h"
+
+#include <filesystem>
+
+#include <unistd.h>
 
 namespace mv {
 namespace {
@@ -113,6 +121,111 @@ TEST_F(BroadcastCardTest, aCardIsFilledAnewForItsNextShow)
     show->status.reset();
     present();
     EXPECT_EQ(title("actionButton"), "mvPlayNow") << "unchanged for a show without status";
+}
+
+// Shows with banners of one colour, as files.
+class CardBannerTest : public BroadcastCardTest {
+protected:
+    CardBannerTest()
+    {
+        std::filesystem::create_directories(folder);
+        Folders::setCache(folder + "/cache");
+    }
+    ~CardBannerTest() override { std::filesystem::remove_all(folder); }
+
+    URL banner(const std::string& name, std::uint32_t color)
+    {
+        const auto bitmap = Bitmap::make(1200, 800, PixelFormat::xrgb);
+        for (int y = 0; y < 800; ++y)
+            std::fill_n(bitmap->row(y), 1200, color);
+        EXPECT_TRUE(writePNG(*bitmap, folder + "/" + name));
+        return URL::fileURL(folder + "/" + name);
+    }
+    std::shared_ptr<UIImageView> bannerView(int row = 0)
+    {
+        return find<UIImageView>(table->cellForRow(row), "broadcastImageView");
+    }
+    std::uint32_t shown(int row = 0)
+    {
+        const CGPoint point = middle(*bannerView(row));
+        return host.pixels().row(int(point.y * 3))[int(point.x * 3)] & 0xffffff;
+    }
+
+    const std::string folder = (std::filesystem::temp_directory_path() / ("mivora-cards-" + std::to_string(::getpid()))).string();
+    const std::uint32_t gray = 0xe5e5ea;
+};
+
+TEST_F(CardBannerTest, fadesInOverTheGrayBackgroundOnce)
+{
+    const auto show = addShow(MVBroadcastStatus::live);
+    show->bannerImageUrl = banner("green.png", 0x00ff00);
+    present();
+    EXPECT_EQ(shown(), gray);
+    host.advance(0.5);
+    EXPECT_NE(shown(), gray);
+    EXPECT_NE(shown(), 0x00ff00u);
+    host.advance(0.6);
+    EXPECT_EQ(shown(), 0x00ff00u);
+    EXPECT_EQ(bannerView()->image()->cgImage()->width(), 353 * 3);
+    EXPECT_EQ(bannerView()->image()->cgImage()->height(), 200 * 3);
+    EXPECT_NE(
+        viewTree(host.device()).print().find("\"image\":\"" + show->bannerImageUrl->absoluteString() + "\""), std::string::npos);
+    present();
+    EXPECT_EQ(shown(), 0x00ff00u) << "a reload does not fade again";
+    show->bannerImageUrl.reset();
+    present();
+    EXPECT_EQ(shown(), gray);
+}
+
+TEST_F(CardBannerTest, aReusedCardShowsItsOwnBannerOnly)
+{
+    for (int i = 0; i < 12; ++i)
+        addShow(MVBroadcastStatus::live)->bannerImageUrl
+            = banner(std::to_string(i) + ".png", 0x100000u * std::uint32_t(i + 1) + i);
+    present();
+    for (double y = 0; y < table->contentSize().height - 852; y += 150) {
+        table->setContentOffset({ 0, y });
+        host.advance(0.1);
+        for (int row = 0; row < 12; ++row) {
+            const auto cell = table->cellForRow(row);
+            if (cell && bannerView(row)->image()) {
+                EXPECT_EQ(bannerView(row)->image()->name(), cards->shows[std::size_t(row)]->bannerImageUrl->absoluteString());
+            }
+        }
+    }
+}
+
+TEST_F(CardBannerTest, aBannerThatCannotBeLoadedStaysGray)
+{
+    addShow(MVBroadcastStatus::live)->bannerImageUrl = URL::fileURL(folder + "/none.png");
+    present();
+    host.advance(2);
+    EXPECT_EQ(shown(), gray);
+    ASSERT_EQ(console.lines().size(), 1u);
+    EXPECT_NE(console.lines()[0].find("none.png"), std::string::npos);
+    console.clear();
+    EXPECT_TRUE(bannerView()->subviews().empty()) << "nothing turns any more";
+}
+
+TEST_F(CardBannerTest, anIndicatorTurnsWhileTheBannerLoads)
+{
+    struct Case {
+        const char* version;
+        UIActivityIndicatorViewStyle style;
+    };
+    for (const Case& c :
+        { Case { "12.4", UIActivityIndicatorViewStyle::gray }, Case { "13.0", UIActivityIndicatorViewStyle::medium } }) {
+        UIDevice::current().setSystemVersion(c.version);
+        const auto cell = make<MVBroadcastPortraitModeTableCell>();
+        const auto show = addShow(MVBroadcastStatus::live);
+        show->bannerImageUrl = banner(c.version + std::string(".png"), 0xff0000);
+        cell->setBroadcast(show);
+        const auto turning = find<UIActivityIndicatorView>(cell, "imageIndicator");
+        ASSERT_TRUE(turning);
+        EXPECT_TRUE(turning->isAnimating());
+        EXPECT_EQ(turning->style(), c.style);
+    }
+    UIDevice::current().setSystemVersion("17.0");
 }
 
 TEST_F(BroadcastCardTest, longTextsTakeTwoLines)
