@@ -85,6 +85,8 @@ struct ImageLoader::Impl : std::enable_shared_from_this<Impl> {
             source.job.emplace();
             waiting.push_back(address);
             startFetches();
+        } else if (std::erase(waiting, address) > 0) {
+            waiting.push_back(address); // wished for anew
         }
         return id;
     }

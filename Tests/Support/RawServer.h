@@ -43,7 +43,6 @@ public:
     std::string address(const std::string& path) const; // "http://127.0.0.1:PORT" and the path
     int requestCount(const std::string& path) const;
     std::vector<std::string> paths() const; // of all requests, in their order
-    int mostAtOnce() const; // exchanges that were under way at the same time
     bool waitFor(const std::function<bool()>& condition) const; // up to 5 s
 
 private:
@@ -55,8 +54,6 @@ private:
     mutable std::mutex mutex;
     std::map<std::string, Answer> answers;
     std::vector<std::string> requested;
-    int underWay = 0;
-    int most = 0;
     std::atomic<bool> ending = false;
     std::thread accepting;
     std::vector<std::thread> serving;
