@@ -39,12 +39,18 @@ std::shared_ptr<const Bitmap> fitted(const CGImage& image, const ImageTarget& ta
     return image.rendered(fittedSide(image.width() * factor, target.width), fittedSide(image.height() * factor, target.height));
 }
 
-// The middle of a length of which `wanted` (at most all of it) is to be seen: whole pixels around it.
+// The middle of a length of which `wanted` (at most all of it) is to be seen, in whole pixels: the nearest, or all that it
+// touches.
 struct Middle {
     int start;
     int length;
 };
-Middle middleOf(int whole, double wanted)
+Middle nearestMiddle(int whole, double wanted)
+{
+    const int length = std::clamp(int(std::lround(wanted)), 1, whole);
+    return { (whole - length) / 2, length };
+}
+Middle touchedMiddle(int whole, double wanted)
 {
     const double start = (whole - wanted) / 2;
     const int first = std::clamp(int(std::floor(start + 1e-6)), 0, whole - 1);
@@ -53,7 +59,7 @@ Middle middleOf(int whole, double wanted)
 }
 
 // What will not be seen is cut off before the scaling, so that a strip a thousand times as long as high costs no more than it
-// shows.
+// shows. Where a pixel of the source is larger than one of the target, the edges are cut once more afterwards.
 std::shared_ptr<const Bitmap> filled(const CGImage& image, const ImageTarget& target)
 {
     const double factor = std::max(target.width / image.width(), target.height / image.height());
@@ -62,10 +68,13 @@ std::shared_ptr<const Bitmap> filled(const CGImage& image, const ImageTarget& ta
     if (image.isDrawing()) {
         scaled = image.rendered(scaledSide(image.width(), target.width), scaledSide(image.height(), target.height));
     } else {
+        const auto middleOf = factor <= 1 ? nearestMiddle : touchedMiddle;
         const auto across = middleOf(image.pixels()->width(), target.width / factor);
         const auto down = middleOf(image.pixels()->height(), target.height / factor);
         const auto seen = cut(image.pixels(), { across.start, down.start, across.length, down.length });
         const auto part = CGImage::fromBitmap(seen);
+        if (part && factor <= 1)
+            return part->rendered(target.width, target.height);
         scaled = part ? part->rendered(scaledSide(across.length, target.width), scaledSide(down.length, target.height)) : nullptr;
     }
     if (!scaled)
