@@ -65,9 +65,11 @@ FetchedImage judged(HttpAnswer answer, const std::optional<KeptAnswer>& known)
     const bool canBeAskedFor = !answer.etag.empty() || !answer.lastModified.empty();
     const bool isNews = !answer.isUnchanged || fresh > 0; // else the disk has it as it is
     if (answer.freshSeconds && isNews && (fresh > 0 || canBeAskedFor)) {
-        const bool isSilent = answer.isUnchanged && !canBeAskedFor; // then the former marks hold
-        fetched.toKeep = KeptAnswer { bytes, isSilent ? known->etag : std::move(answer.etag),
-            isSilent ? known->lastModified : std::move(answer.lastModified), wallTime() + fresh };
+        fetched.toKeep = KeptAnswer { bytes, answer.etag, answer.lastModified, wallTime() + fresh };
+        if (answer.isUnchanged && !canBeAskedFor) { // then the former marks hold
+            fetched.toKeep->etag = known->etag;
+            fetched.toKeep->lastModified = known->lastModified;
+        }
     }
     return fetched;
 }

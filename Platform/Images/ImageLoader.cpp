@@ -303,7 +303,7 @@ ImageLoader::ImageLoader()
 {
 }
 
-ImageLoader::ImageLoader(Settings settings)
+ImageLoader::ImageLoader(const Settings& settings)
     : impl(std::make_shared<Impl>(settings))
 {
 }

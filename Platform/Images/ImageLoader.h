@@ -47,7 +47,7 @@ public:
     static ImageLoader& shared();
 
     ImageLoader();
-    explicit ImageLoader(Settings settings);
+    explicit ImageLoader(const Settings& settings);
     ~ImageLoader(); // takes all wishes back
     ImageLoader(const ImageLoader&) = delete;
     ImageLoader& operator=(const ImageLoader&) = delete;

@@ -3,8 +3,8 @@
 #include "Platform/CoreGraphics/CGImage.h"
 #include "Platform/Foundation/Data.h"
 
-#include <compare>
 #include <string>
+#include <tuple>
 
 namespace platform {
 
@@ -22,7 +22,11 @@ struct ImageTarget {
     int height = 0;
     ImageFit fit = ImageFit::fill;
 
-    auto operator<=>(const ImageTarget&) const = default;
+    bool operator==(const ImageTarget&) const = default;
+    bool operator<(const ImageTarget& other) const // any order, for keys
+    {
+        return std::tie(width, height, fit) < std::tie(other.width, other.height, other.fit);
+    }
 };
 
 // Unpacks a file's bytes to what the target asks for, ready to be copied to the screen. Null after one console line that names

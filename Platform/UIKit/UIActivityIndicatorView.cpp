@@ -68,6 +68,7 @@ const std::vector<CAValue>& picturesOf(const Ring& ring)
         if (known == &ring)
             return pictures;
     std::vector<CAValue> pictures;
+    pictures.reserve(std::size_t(ring.spokes));
     for (int step = 0; step < ring.spokes; ++step)
         pictures.emplace_back(CGImage::fromDrawing(
             ring.side, ring.side, [&ring, step](int width, int height) { return drawRing(ring, step, width, height); }));

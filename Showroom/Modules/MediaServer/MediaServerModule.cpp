@@ -85,8 +85,8 @@ public:
         auto* source = g_idle_source_new();
         g_source_set_callback(
             source,
-            [](void* loop) -> gboolean {
-                g_main_loop_quit(static_cast<GMainLoop*>(loop));
+            [](void* running) -> gboolean {
+                g_main_loop_quit(static_cast<GMainLoop*>(running));
                 return G_SOURCE_REMOVE;
             },
             loop.get(), nullptr);

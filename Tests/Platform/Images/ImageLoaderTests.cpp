@@ -30,10 +30,10 @@ protected:
 
     URL address(const std::string& path) const { return *URL::parse(server.address(path)); }
     // Answers with a picture, or whatever the body is.
-    void serve(const std::string& path, const std::string& body, const std::string& headers = {})
+    void serve(const std::string& path, const std::string& content, const std::string& headers = {})
     {
-        server.on(
-            path, [body, headers](const auto& exchange) { exchange.write(RawServer::response(body, "image/png", headers)); });
+        server.on(path,
+            [content, headers](const auto& exchange) { exchange.write(RawServer::response(content, "image/png", headers)); });
     }
     void ask(const URL& wanted, const std::optional<ImageTarget>& target = small)
     {
