@@ -5,12 +5,12 @@
 #include "Platform/Foundation/Locale.h"
 #include "Platform/Foundation/URL.h"
 #include "Platform/UIKit/UIApplication.h"
-#include "Platform/UIKit/UIViewController.h"
+#include "Platform/UIKit/UINavigationController.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Showroom/Home/HomeViewController.h"
-#include "Showroom/Scenes/GalleryViewController.h"
 #include "Showroom/Server/MediaServer.h"
 #include "Showroom/Service/CannedService.h"
+#include "UI/Screens/Broadcasts List/Controllers/MVBroadcastsViewController.h"
 
 namespace showroom {
 
@@ -73,15 +73,26 @@ void ShowroomApp::installService(const std::function<void(Scenario&)>& change)
 
 void ShowroomApp::openShop()
 {
+    const auto navigation = makeNavigation();
+    navigation->pushViewController(make<mv::MVBroadcastsViewController>(), false);
+    show(navigation);
+}
+
+void ShowroomApp::openHome() { show(makeNavigation()); }
+
+std::shared_ptr<UINavigationController> ShowroomApp::makeNavigation()
+{
     if (!service_)
         installService();
     const auto home = make<HomeViewController>();
-    home->onPressLiveShows = [this] {
-        const auto gallery = make<GalleryViewController>();
-        show(gallery);
-        gallery->startReactions();
+    home->onPressLiveShows = [weakHome = weak(home)] {
+        const auto shownHome = weakHome.lock();
+        if (shownHome && shownHome->navigationController())
+            shownHome->navigationController()->pushViewController(make<mv::MVBroadcastsViewController>(), true);
     };
-    show(home);
+    const auto navigation = make<UINavigationController>(home);
+    navigation->setNavigationBarHidden(true, false); // every page brings its own head
+    return navigation;
 }
 
 } // namespace showroom

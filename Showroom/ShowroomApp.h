@@ -7,6 +7,7 @@
 #include <string>
 
 namespace platform {
+class UINavigationController;
 class UIViewController;
 class UIWindow;
 }
@@ -29,12 +30,15 @@ public:
     // Serves the shop's media, and makes the canned service, playing the shop's scenario, the kit's. Before the first screen that
     // asks it. The scenario may be changed before it is played.
     void installService(const std::function<void(Scenario&)>& change = {});
-    // Shows the start page. Its card leads to the gallery for as long as the list of shows is not built. Installs the service if
-    // nobody has.
+    // Opens the list of shows, with the start page behind it. Installs the service if nobody has.
     void openShop();
+    // Shows the start page, whose card leads to the list.
+    void openHome();
     const CannedService* service() const { return service_.get(); } // null before it is installed
 
 private:
+    std::shared_ptr<platform::UINavigationController> makeNavigation();
+
     std::unique_ptr<MediaServer> media;
     std::shared_ptr<CannedService> service_;
     std::shared_ptr<platform::UIWindow> window;

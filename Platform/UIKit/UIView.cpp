@@ -236,7 +236,7 @@ void UIView::adoptTraits(const std::shared_ptr<const UITraitCollection>& newTrai
     if (*previous == *traits)
         return;
     resolveColors();
-    if (previous->displayScale != traits->displayScale)
+    if (previous->displayScale != traits->displayScale || previous->layoutDirection != traits->layoutDirection)
         setNeedsLayout();
     if (previous->layoutDirection != traits->layoutDirection && ownLayoutRoot)
         ownLayoutRoot->directionChanged();

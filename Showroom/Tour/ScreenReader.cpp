@@ -1,7 +1,13 @@
 #include "Showroom/Tour/ScreenReader.h"
 
 #include "Platform/Host/SimulatedDevice.h"
-#include "Platform/Host/ViewTree.h"
+#include "Platform/UIKit/UIApplication.h"
+#include "Platform/UIKit/UIButton.h"
+#include "Platform/UIKit/UILabel.h"
+#include "Platform/UIKit/UIWindow.h"
+
+#include <memory>
+#include <string>
 
 namespace showroom {
 
@@ -9,31 +15,40 @@ using namespace platform;
 
 namespace {
 
-CGRect frameOf(const JSONValue& node)
+bool shows(const UIView& view, std::string_view wanted)
 {
-    const auto& frame = node["frame"];
-    const auto side = [&](std::size_t index) { return frame[index].number().value_or(0); };
-    return { side(0), side(1), side(2), side(3) };
+    if (view.accessibilityIdentifier() == wanted)
+        return true;
+    if (const auto* button = dynamic_cast<const UIButton*>(&view))
+        return button->currentTitle() == wanted;
+    const auto* label = dynamic_cast<const UILabel*>(&view);
+    return label && label->text() == wanted;
 }
 
-bool isOn(const CGRect& area, CGPoint point)
+// Whether a finger there would reach the view, or what it lies in or around: not what covers it, nor something else where it is
+// clipped away.
+bool isReached(const UIView& view, CGPoint point)
 {
-    return point.x >= area.x && point.x < area.x + area.width && point.y >= area.y && point.y < area.y + area.height;
-}
-
-// The tree lists views back to front, so a later find is above an earlier one.
-void search(const JSONValue& node, std::string_view wanted, const CGRect& screen, std::optional<CGRect>& found)
-{
-    if (node["visible"].boolean() == false)
-        return;
-    const auto frame = frameOf(node);
-    const CGPoint middle { frame.x + frame.width / 2, frame.y + frame.height / 2 };
-    if ((node["name"].text() == wanted || node["text"].text() == wanted) && isOn(screen, middle))
-        found = frame;
-    if (const auto* children = node["children"].array()) {
-        for (const auto& child : *children)
-            search(child, wanted, screen, found);
+    const auto windows = UIApplication::shared().windows();
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        const auto hit = (*window)->hitTest({ point.x - (*window)->frame().x, point.y - (*window)->frame().y }, nullptr);
+        if (hit)
+            return hit->isDescendant(view) || view.isDescendant(*hit);
     }
+    return false;
+}
+
+// The uppermost one, as a reader goes.
+void search(const UIView& view, std::string_view wanted, const CGRect& screen, std::optional<CGRect>& found)
+{
+    if (view.isHidden() || view.alpha() == 0)
+        return;
+    const CGRect frame = view.convertTo(view.bounds(), nullptr).offsetBy(view.window()->frame().x, view.window()->frame().y);
+    const CGPoint middle { frame.midX(), frame.midY() };
+    if (shows(view, wanted) && screen.contains(middle) && (!found || frame.y < found->y) && isReached(view, middle))
+        found = frame;
+    for (const auto& child : view.subviews())
+        search(*child, wanted, screen, found);
 }
 
 } // namespace
@@ -41,8 +56,11 @@ void search(const JSONValue& node, std::string_view wanted, const CGRect& screen
 std::optional<CGRect> findOnScreen(const SimulatedDevice& device, std::string_view nameOrText)
 {
     const auto size = device.size();
+    const CGRect screen = device.safeArea().inset({ 0, 0, size.width, size.height });
+    const auto windows = UIApplication::shared().windows();
     std::optional<CGRect> found;
-    search(viewTree(device)["root"], nameOrText, device.safeArea().inset({ 0, 0, size.width, size.height }), found);
+    for (const auto& window : windows)
+        search(*window, nameOrText, screen, found);
     return found;
 }
 

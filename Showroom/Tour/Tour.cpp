@@ -3,6 +3,7 @@
 #include "Platform/Foundation/NSLog.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/TourGuide.h"
+#include "UI/Utils/MVUtilities.h"
 
 #include <filesystem>
 
@@ -11,6 +12,36 @@ namespace showroom {
 namespace {
 
 constexpr double settleLength = 1.2; // seconds until a page or a turned device stands still
+constexpr double loadLength = 3; // until the lists have answered and their pictures have faded in
+
+void browse(TourGuide& guide)
+{
+    guide.drag({ 0.5, 0.8 }, { 0.5, 0.3 }, 0.25);
+    guide.wait(2 * settleLength);
+    guide.takePicture("list-scrolled");
+    for (const auto& [tab, picture] : { std::pair("mvUpcoming", "list-upcoming"), std::pair("mvPast", "list-past") }) {
+        guide.tap(mv::MVLocalized(tab));
+        guide.wait(2 * settleLength);
+        guide.takePicture(picture);
+    }
+    guide.tap(mv::MVLocalized("mvLive"));
+    guide.wait(settleLength);
+    guide.drag({ 0.5, 0.4 }, { 0.5, 0.9 }, 0.15);
+    guide.wait(2 * settleLength);
+    guide.tap("refreshButton");
+    guide.wait(0.3);
+    guide.takePicture("list-loading");
+    guide.wait(loadLength);
+}
+
+void visitShow(TourGuide& guide)
+{
+    guide.tap(mv::MVLocalized("mvJoinNow"));
+    guide.wait(settleLength);
+    guide.takePicture("show");
+    guide.tap("closeScreenButton");
+    guide.wait(settleLength);
+}
 
 void changeDevice(TourGuide& guide, bool rightToLeft)
 {
@@ -41,17 +72,18 @@ bool playTour(ShowroomApp& app, HeadlessHost& host, const std::string& folder, b
         NSLog("tour not played: folder \"" + folder + "\" cannot be made: " + error.message());
         return false;
     }
-    app.openShop();
+    app.openHome();
     TourGuide guide(host, folder, withFilm, app.service());
     guide.wait(1);
     guide.takePicture("home");
     guide.tap("liveShowsButton");
-    guide.wait(2.5);
-    guide.takePicture("gallery");
-    guide.tap("joinButton");
-    guide.wait(settleLength);
-    guide.takePicture("pressed");
+    guide.wait(loadLength);
+    guide.takePicture("list-live");
+    browse(guide);
+    visitShow(guide);
     changeDevice(guide, host.device().state().direction == UIUserInterfaceLayoutDirection::rightToLeft);
+    guide.tap("backButton");
+    guide.wait(settleLength);
     return guide.finish();
 }
 

@@ -59,9 +59,9 @@ TEST_F(TourTest, findsEverythingThatItsStoryTouches)
         pictures += event["event"].text() == "picture" && fs::file_size(folder / *event["file"].text()) > 0;
         taps += event["event"].text() == "tap";
     }
-    EXPECT_GE(pictures, 6u);
+    EXPECT_GE(pictures, 10u);
     EXPECT_EQ(countFiles(".png"), pictures);
-    EXPECT_EQ(taps, 2u);
+    EXPECT_EQ(taps, 8u);
 }
 
 TEST_F(TourTest, saysWhatItDoesNotFind)
@@ -96,7 +96,7 @@ TEST_F(TourTest, dragsAFingerAndTellsWhatTheServiceIsAsked)
 {
     HeadlessHost host(HostDevice::smallPhone());
     ShowroomApp app(host.device().state());
-    app.openShop();
+    app.openHome();
     const auto window = platform::make<UIWindow>();
     const auto scroller = platform::make<UIScrollView>();
     scroller->setFrame({ 0, 0, 320, 568 });

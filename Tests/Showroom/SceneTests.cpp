@@ -1,0 +1,89 @@
+#include "Showroom/Scenes/Scene.h"
+
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Host/HeadlessHost.h"
+#include "Platform/Host/ViewTree.h"
+#include "Showroom/ShowroomApp.h"
+#include "Showroom/Tour/ScreenReader.h"
+#include "UI/Utils/MVUtilities.h"
+
+#include <gtest/gtest.h>
+
+namespace showroom {
+namespace {
+
+using namespace platform;
+
+// Everything shown whose text reaches out of the screen sideways, or into a notch.
+void collectCutOff(const JSONValue& node, const CGRect& safe, std::vector<std::string>& texts)
+{
+    if (!node["visible"].boolean().value_or(true))
+        return;
+    const auto& frame = node["frame"];
+    const double left = *frame[0].number(), right = left + *frame[2].number();
+    const bool isInSight = left < safe.maxX() && right > safe.minX() && *frame[1].number() < safe.maxY();
+    if (node["class"].text() == "UILabel" && node["textAlignment"].text() != "center" && node["text"].text() && isInSight
+        && (left < safe.minX() - 0.5 || right > safe.maxX() + 0.5))
+        texts.push_back(*node["text"].text());
+    if (const auto* children = node["children"].array())
+        for (const auto& child : *children)
+            collectCutOff(child, safe, texts);
+}
+
+// In the scene something of that name, or with the text of that key, is to be seen.
+struct Expectation {
+    std::string_view scene;
+    std::string key;
+};
+const Expectation expectations[] = {
+    { "home", "liveShowsButton" },
+    { "list-live", "mvJoinNow" },
+    { "list-upcoming", "mvPreview" },
+    { "list-past", "mvPlayNow" },
+    { "list-empty", "There are currently no Live Shows. Please check back later." },
+    { "list-loading", "loaderView" },
+    { "alert-login", "Please Login First" },
+};
+
+void checkScene(const Expectation& expected, const HostDevice& model, const DeviceState& state)
+{
+    SCOPED_TRACE(std::string(expected.scene) + ", " + model.name
+        + (state.orientation == UIDeviceOrientation::portrait ? ", portrait" : ", landscape")
+        + (state.direction == UIUserInterfaceLayoutDirection::leftToRight ? "" : ", right to left")
+        + (state.appearance == UIUserInterfaceStyle::dark ? ", dark" : ""));
+    const LogCapture console;
+    HeadlessHost host(model, state);
+    ShowroomApp app(state);
+    const Scene* scene = findScene(expected.scene);
+    ASSERT_TRUE(scene);
+    scene->bringAbout(app, host);
+    EXPECT_TRUE(findOnScreen(host.device(), expected.key) || findOnScreen(host.device(), mv::MVLocalized(expected.key)));
+    const auto size = host.device().size();
+    std::vector<std::string> cutOff;
+    const auto tree = viewTree(host.device());
+    collectCutOff(tree["root"], host.device().safeArea().inset({ 0, 0, size.width, size.height }), cutOff);
+    EXPECT_EQ(cutOff, std::vector<std::string> {});
+    const int frames = host.frameCount();
+    host.advance(1);
+    if (expected.scene != "list-loading") {
+        EXPECT_EQ(host.frameCount(), frames) << "a scene stands still";
+    }
+    EXPECT_EQ(console.lines(), std::vector<std::string> {});
+}
+
+TEST(Scenes, showWhatTheirNamesSayOnEveryDevice)
+{
+    for (const auto& expected : expectations) {
+        for (const auto& model : { HostDevice::phone(), HostDevice::smallPhone(), HostDevice::tablet() }) {
+            for (const auto orientation : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeLeft }) {
+                checkScene(expected, model, { .orientation = orientation });
+                checkScene(
+                    expected, model, { .orientation = orientation, .direction = UIUserInterfaceLayoutDirection::rightToLeft });
+            }
+            checkScene(expected, model, { .appearance = UIUserInterfaceStyle::dark });
+        }
+    }
+}
+
+} // namespace
+} // namespace showroom
