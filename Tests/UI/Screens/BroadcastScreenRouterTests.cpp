@@ -778,7 +778,6 @@ TEST_F(RouterLeavingTest, nestsInAnotherOne)
 
 TEST_F(RouterLeavingTest, leavesNothingBehind)
 {
-    host.device().setModel(HostDevice::window({ 320, 480 }, 1)); // few pixels
     std::vector<std::weak_ptr<NSObject>> left;
     for (int round = 0; round < 200; ++round) {
         const bool modally = round % 2;

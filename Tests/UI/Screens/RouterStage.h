@@ -70,6 +70,7 @@ protected:
     RouterStage()
     {
         Mivora::install(service);
+        host.device().setModel(HostDevice::window({ 390, 844 }, 1)); // few pixels, as there are many slides
         UIApplication::shared().setIdleTimerDisabled(false);
         navigation->setNavigationBarHidden(true, false);
         window->setRootViewController(navigation);
