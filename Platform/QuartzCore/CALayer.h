@@ -151,6 +151,8 @@ public:
     bool needsLayout() const { return needsLayout_; }
     // Lays out at once: from the topmost of the marked layers that lie in one line above this one, downwards.
     void layoutIfNeeded();
+    // Lays out at once this one and what is below it, until nothing of it is marked: from within a layout further up.
+    void layoutUntilSettled();
 
     // Animations. A second one under the same key replaces the first; without a key (empty) it just runs. They compose in the
     // order they were added. onStop is never called from inside these, but by the next LayerCommitter::finishAnimations.
@@ -207,7 +209,6 @@ private:
     bool layoutPending() const { return needsLayout_ || subtreeNeedsLayout_; }
     bool displayPending() const { return needsDisplay_ || subtreeNeedsDisplay_; }
     void layoutSubtree();
-    void layoutUntilSettled();
 
     std::uint64_t id_;
     std::uint64_t changeCount_ = 1;

@@ -205,7 +205,8 @@ void UITableView::remeasure()
     const double way = rows.front().top - top;
     if (way != 0 && !atTop)
         shiftContentOffset({ 0, way });
-    placeRows();
+    for (const Row& row : rows)
+        place(row);
 }
 
 // Gives every row within the bounds a cell, and takes away those of the others.
@@ -250,6 +251,10 @@ bool UITableView::addRow(int index, bool above)
     row.identity = source->identityForRow(*this, index);
     row.content = source->contentForRow(*this, index);
     row.cell = makeCell(row);
+    const bool appears = row.cell->superview() != this || row.cell->isHidden();
+    if (row.cell->superview() != this)
+        addSubview(row.cell);
+    row.cell->setHidden(false);
     const double expected = heights.height(index);
     row.height = measure(row);
     if (above) {
@@ -263,9 +268,16 @@ bool UITableView::addRow(int index, bool above)
         row.top = rows.empty() ? heights.offset(index) : rows.back().top + rows.back().height;
         rows.push_back(row);
     }
-    const auto [left, right] = sides();
-    const Row& placed = above ? rows.front() : rows.back();
-    placed.cell->place({ 0, placed.top, bounds().width, placed.height }, left, right);
+    const Row placed = above ? rows.front() : rows.back();
+    if (!appears) {
+        place(placed);
+        return true;
+    }
+    // One that comes in an animated change is there at once: where its cell was before says nothing.
+    performWithoutAnimation([&] {
+        place(placed);
+        placed.cell->layer()->layoutUntilSettled();
+    });
     return true;
 }
 
@@ -298,16 +310,14 @@ std::shared_ptr<UITableViewCell> UITableView::makeCell(const Row& row)
             return before.cell;
         preferred = before.cell;
     }
-    auto cell = source ? source->cellForRow(*this, row.index) : nullptr;
+    std::shared_ptr<UITableViewCell> cell;
+    performWithoutAnimation([&] { cell = source ? source->cellForRow(*this, row.index) : nullptr; });
     if (const auto unused = std::exchange(preferred, nullptr)) // the row wants another kind of cell now
         recycle(unused);
     if (!cell) {
         NSLog("row " + std::to_string(row.index) + " of " + layoutName() + " stays empty: its source has no cell for it");
         cell = make<UITableViewCell>();
     }
-    if (cell->superview() != this)
-        addSubview(cell);
-    cell->setHidden(false);
     return cell;
 }
 
@@ -322,11 +332,10 @@ void UITableView::recycle(const std::shared_ptr<UITableViewCell>& cell)
     waiting.push_back(cell);
 }
 
-void UITableView::placeRows()
+void UITableView::place(const Row& row)
 {
     const auto [left, right] = sides();
-    for (const Row& row : rows)
-        row.cell->place({ 0, row.top, bounds().width, row.height }, left, right);
+    row.cell->place({ 0, row.top, bounds().width, row.height }, left, right);
 }
 
 void UITableView::move(double distance)

@@ -80,7 +80,7 @@ private:
     double measure(Row& row);
     std::shared_ptr<UITableViewCell> makeCell(const Row& row);
     void recycle(const std::shared_ptr<UITableViewCell>& cell);
-    void placeRows();
+    void place(const Row& row);
     void move(double distance); // everything that is shown, and the offset with it
     void updateContentSize();
     Sides sides() const;

@@ -243,6 +243,26 @@ TEST_F(UITableViewTest, aReloadAsksAgainOnlyForRowsOfOtherContent)
     expectCovered();
 }
 
+TEST_F(UITableViewTest, rowsThatComeInAnAnimationAreThereAtOnce)
+{
+    show(4);
+    const auto shown = table->cellForRow(0);
+    UIView::animate(1, [&] {
+        source->count = 6;
+        source->first = -1;
+        table->reloadData();
+        table->layoutIfNeeded();
+    });
+    EXPECT_EQ(table->cellForRow(1), shown);
+    EXPECT_FALSE(shown->layer()->animationKeys().empty()) << "makes room";
+    for (const int row : { 0, 5 }) {
+        const auto cell = std::static_pointer_cast<HighCell>(table->cellForRow(row));
+        EXPECT_TRUE(cell->layer()->animationKeys().empty()) << row;
+        EXPECT_TRUE(cell->content->layer()->animationKeys().empty()) << row;
+        EXPECT_EQ(cell->content->frame().height, cell->frame().height) << row;
+    }
+}
+
 TEST_F(UITableViewTest, rowsOfOneIdentityKeepACellEach)
 {
     source->content = [](int id) { return std::to_string(id); };
