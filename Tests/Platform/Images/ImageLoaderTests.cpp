@@ -49,11 +49,11 @@ protected:
         return got.empty() ? nullptr : got.front();
     }
 
-    RawServer server;
+    const std::string body = text(picture(300, 300));
+    RawServer server; // its threads use the body
     std::unique_ptr<ImageLoader> loader;
     std::deque<std::unique_ptr<ImageLoader::Request>> requests;
     std::vector<std::shared_ptr<const CGImage>> got;
-    const std::string body = text(picture(300, 300));
 };
 
 TEST_F(ImageLoading, loadsOnceForManyAskers)
@@ -198,22 +198,22 @@ TEST_F(ImageLoading, givesUpOnWhatIsNoPicture)
     server.on("/page", [](const auto& exchange) { exchange.write(RawServer::response("<html>", "text/html; charset=utf-8")); });
     serve("/html.png", "<html>sorry</html>");
     serve("/empty.png", "");
+    server.on("/cut.png",
+        [this, head](const auto& exchange) { exchange.write(head + "Content-Length: 4000\r\n\r\n" + body.substr(0, 300)); });
     server.on(
-        "/cut.png", [&](const auto& exchange) { exchange.write(head + "Content-Length: 4000\r\n\r\n" + body.substr(0, 300)); });
-    server.on(
-        "/cutchunk.png", [&](const auto& exchange) { exchange.write(head + "Transfer-Encoding: chunked\r\n\r\nff\r\nabc"); });
+        "/cutchunk.png", [head](const auto& exchange) { exchange.write(head + "Transfer-Encoding: chunked\r\n\r\nff\r\nabc"); });
     server.on("/cutunsaid.png",
-        [&](const auto& exchange) { exchange.write(head + "Connection: close\r\n\r\n" + body.substr(0, 300)); });
-    server.on("/large.png", [&](const auto& exchange) { exchange.write(head + "Content-Length: 1000000000000\r\n\r\nabc"); });
-    server.on("/endless.png", [&](const auto& exchange) {
+        [this, head](const auto& exchange) { exchange.write(head + "Connection: close\r\n\r\n" + body.substr(0, 300)); });
+    server.on("/large.png", [head](const auto& exchange) { exchange.write(head + "Content-Length: 1000000000000\r\n\r\nabc"); });
+    server.on("/endless.png", [head](const auto& exchange) {
         for (exchange.write(head + "\r\n"); exchange.write(std::string(4096, 'x'));) { }
     });
     server.on("/silent.png", [](const auto& exchange) { exchange.waitUntilGone(); });
-    server.on("/stalls.png", [&](const auto& exchange) {
+    server.on("/stalls.png", [head](const auto& exchange) {
         exchange.write(head + "Content-Length: 4000\r\n\r\nabc");
         exchange.waitUntilGone();
     });
-    server.on("/drips.png", [&](const auto& exchange) {
+    server.on("/drips.png", [head](const auto& exchange) {
         for (exchange.write(head + "\r\n"); exchange.write("x");)
             exchange.sleep(0.05);
     });

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string_view>
 #include <thread>
@@ -163,17 +164,32 @@ private:
     // In the order of posting, on the thread.
     void post(Task task)
     {
+        const std::lock_guard lock(mutex);
+        tasks.push_back(std::move(task));
+        if (tasks.size() > 1)
+            return; // the thread has been told
         auto* source = g_idle_source_new();
         g_source_set_priority(source, G_PRIORITY_DEFAULT);
         g_source_set_callback(
             source,
-            [](void* posted) -> gboolean {
-                (*static_cast<Task*>(posted))();
+            [](void* session) -> gboolean {
+                static_cast<Session*>(session)->runTasks();
                 return G_SOURCE_REMOVE;
             },
-            new Task(std::move(task)), [](void* posted) { delete static_cast<Task*>(posted); });
+            this, nullptr);
         g_source_attach(source, context.get());
         g_source_unref(source); // which the context holds
+    }
+
+    void runTasks()
+    {
+        std::vector<Task> taken;
+        {
+            const std::lock_guard lock(mutex);
+            taken.swap(tasks);
+        }
+        for (const auto& task : taken)
+            task();
     }
 
     void run()
@@ -196,6 +212,8 @@ private:
     const Handle<GMainLoop> loop;
     Handle<SoupSession> session;
     std::map<std::uint64_t, std::unique_ptr<Exchange>> exchanges;
+    std::mutex mutex; // of the tasks
+    std::vector<Task> tasks;
     std::thread thread; // the last member, since it uses the others
 };
 
