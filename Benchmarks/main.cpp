@@ -1,6 +1,7 @@
 #include "Benchmarks/Compositor/CompositorBenchmark.h"
 #include "Benchmarks/Layout/LayoutBenchmark.h"
 #include "Benchmarks/Measure.h"
+#include "Benchmarks/Workloads/Chat.h"
 #include "Benchmarks/Workloads/FirstFrame.h"
 #include "Benchmarks/Workloads/ListScroll.h"
 #include "Benchmarks/Workloads/Reactions.h"
@@ -53,6 +54,27 @@ void runListStarts(const Options& options)
         middle, memory, starts.milliseconds.size());
 }
 
+void runChatFlood(const Options& options)
+{
+    const double copy = bench::frameCopyMilliseconds();
+    const int frames = options.frames > 0 ? options.frames : 300;
+    printFrames(options, "W2", "chat", bench::measureChatFlood(frames, options.assets, options.picture), copy);
+}
+
+void runIdle(const Options& options)
+{
+    constexpr double seconds = 10;
+    const auto print = [&](const char* place, const bench::IdleFigures& figures) {
+        std::printf(options.json ? "{\"peer\":\"mivora\",\"workload\":\"W6\",\"place\":\"%s\",\"cpu_ms\":%.2f,\"frames\":%d,"
+                                   "\"peak_pss_mib\":%.1f}\n"
+                                 : "W6 at rest, %s: %.2f ms CPU in 10 s, %d frames, %.1f MiB\n",
+            place, figures.cpu, figures.frames, figures.memory);
+    };
+    print("headless", bench::measureIdle(seconds, options.assets));
+    if (const auto figures = bench::measureIdleWindow(seconds, options.assets))
+        print("window", *figures);
+}
+
 void runReactions(const Options& options)
 {
     const double copy = bench::frameCopyMilliseconds();
@@ -97,13 +119,13 @@ void runLayout(const Options& options)
 constexpr struct {
     const char* name;
     void (*run)(const Options&);
-} workloads[] = { { "W1", runListScroll }, { "W3", runReactions }, { "W4", runListStarts }, { "K1", runComposition },
-    { "K2", runFirstFrame }, { "K3", runLayout } };
+} workloads[] = { { "W1", runListScroll }, { "W2", runChatFlood }, { "W3", runReactions }, { "W4", runListStarts },
+    { "W6", runIdle }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout } };
 
 int usage(const std::string& problem)
 {
     std::fprintf(stderr,
-        "mivora_bench: %s\nmivora_bench [--workload W1|W3|W4|K1|K2|K3] [--assets DIR] [--frames N] [--png FILE] [--json]\n",
+        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W6|K1|K2|K3] [--assets DIR] [--frames N] [--png FILE] [--json]\n",
         problem.c_str());
     return 2;
 }

@@ -1,8 +1,7 @@
 #include "Benchmarks/Workloads/ListScroll.h"
 
 #include "Benchmarks/Workloads/CardTable.h"
-#include "Platform/CoreGraphics/Text/CTFont.h"
-#include "Platform/Foundation/FileSystem.h"
+#include "Benchmarks/Workloads/ChatScreen.h"
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UIWindow.h"
 
@@ -21,11 +20,7 @@ constexpr CGFloat pixelsAFrame = 12, scale = 3;
 struct ListScreen {
     explicit ListScreen(const std::string& assets)
     {
-        for (const char* file : { "Inter-Regular", "Inter-SemiBold" }) {
-            const auto path = std::string("/usr/share/fonts/opentype/inter/") + file + ".otf";
-            if (!CTFontManager::isRegistered(file) && FileSystem::real().exists(path))
-                CTFontManager::registerGraphicsFont(CTFontManager::graphicsFontOfFile(path));
-        }
+        registerWorkloadFonts();
         window = make<UIWindow>();
         window->setBackgroundColor(UIColor { 0.949, 0.949, 0.969, 1 });
         list = make<CardTable>(window->bounds(), assets);

@@ -211,6 +211,7 @@ void WindowHost::showFrame()
         return;
     if (std::exchange(exposed, false))
         shown = { frame->bounds() };
+    ++frames;
     window->present(frame->row(0), frame->stride(), frame->width(), frame->height(), shown);
 }
 

@@ -27,6 +27,7 @@ public:
     void stop() { running = false; }
 
     SimulatedDevice& device() { return device_; }
+    int frameCount() const { return frames; } // shown so far
 
 private:
     WindowHost(std::unique_ptr<NativeWindow> window, HostDevice model, const DeviceState& state);
@@ -45,6 +46,7 @@ private:
     SimulatedDevice device_;
     FrameDriver driver;
     double nextFrame = 0; // seconds on the clock: the earliest time of another frame
+    int frames = 0;
     bool running = true;
     bool visible = true;
     bool exposed = false; // everything has to be shown again

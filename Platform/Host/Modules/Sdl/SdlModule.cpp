@@ -275,6 +275,8 @@ public:
         SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
         SDL_SetHint(SDL_HINT_VIDEODRIVER, hasWayland ? "x11,wayland" : "x11"); // Wayland complains where it is not
         SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+        SDL_SetHint(
+            SDL_HINT_FRAMEBUFFER_ACCELERATION, "0"); // frames are made by the processor: a driver would take 50 MiB to copy them
         if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
             problem = SDL_GetError();
             return nullptr;
