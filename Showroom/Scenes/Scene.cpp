@@ -68,7 +68,8 @@ void showListEmpty(ShowroomApp& app, HeadlessHost& host)
 void showListLoading(ShowroomApp& app, HeadlessHost& host)
 {
     app.installService([](Scenario& scenario) { scenario.operations["getBroadcasts"].answer = CannedAnswer::never; });
-    openList(app, host);
+    app.openShop();
+    host.advance(0.95); // the loader's arc is long then
 }
 
 void showAlertLogin(ShowroomApp& app, HeadlessHost& host)
