@@ -89,16 +89,14 @@ TEST_F(ListNavigationTest, onlyLiveShowsMayAskForALogin)
         showOnly(show);
         pressAction(int(c.status));
         EXPECT_EQ(opened(), c.opens ? std::optional<std::string>("s") : std::nullopt);
-        EXPECT_EQ(alertTexts(), c.opens ? Lines {} : loginAlert);
+        ASSERT_EQ(alertTexts(), c.opens ? Lines {} : loginAlert);
         if (!c.opens) {
-            host.tap(middle(*find(window->topmostController()->view(), "actionButton")));
-            host.advance(1);
+            pressOk();
             EXPECT_EQ(alertTexts(), Lines {}) << "Ok closes it";
             EXPECT_EQ(titles(0), Lines { "Show s" }) << "and the list is still there";
             pressAction(0);
             EXPECT_EQ(alertTexts(), loginAlert) << "asked again";
-            host.tap(middle(*find(window->topmostController()->view(), "actionButton")));
-            host.advance(1);
+            pressOk();
         }
         leaveAll();
     }
@@ -131,8 +129,7 @@ TEST_F(ListNavigationTest, withoutAStackNothingOpensButTheAlertStillComes)
     host.tap(middle(*button));
     host.advance(1);
     EXPECT_EQ(alertTexts(), loginAlert);
-    host.tap(middle(*find(window->topmostController()->view(), "actionButton")));
-    host.advance(1);
+    pressOk();
     host.tap(middle(*find(list->view(), "backButton")));
     host.advance(1);
     EXPECT_EQ(window->topmostController(), list) << "there is no way back either";

@@ -44,8 +44,11 @@ public:
     const std::shared_ptr<std::vector<std::string>> calls = std::make_shared<std::vector<std::string>>();
 
     std::vector<std::string> takeCalls() { return std::exchange(*calls, {}); }
-    void answer(const std::optional<BroadcastList>& list) { BroadcastsCompletion(asked.back())(list, std::nullopt); }
-    void fail(const MVApiError& error) { BroadcastsCompletion(asked.back())(std::nullopt, error); }
+    void answer(const std::optional<BroadcastList>& list)
+    {
+        BroadcastsCompletion(asked.at(asked.size() - 1))(list, std::nullopt);
+    }
+    void fail(const MVApiError& error) { BroadcastsCompletion(asked.at(asked.size() - 1))(std::nullopt, error); }
     void start(const MVBroadcastLiveUpdate& update)
     {
         publish("started", [update](MivoraDelegate& d) { d.didBroadcastStarted(update); });
@@ -198,6 +201,13 @@ protected:
         for (const auto& action : alert->actions())
             lines.push_back(action.title);
         return lines;
+    }
+    void pressOk()
+    {
+        const auto ok = find(window->topmostController()->view(), "actionButton");
+        ASSERT_TRUE(ok && !alertTexts().empty());
+        host.tap(middle(*ok));
+        host.advance(1);
     }
     Lines takeLines()
     {
