@@ -6,6 +6,7 @@
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIImageView.h"
 #include "Platform/UIKit/UILabel.h"
+#include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIScreen.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
@@ -75,6 +76,7 @@ public:
         writeText();
         writeLayer();
         writeImage();
+        writeScrolling();
         target = std::move(node);
     }
 
@@ -203,6 +205,21 @@ private:
         node.append("image", image->name());
         if (image->isTemplate())
             append("tint", resolved(view.tintColor()));
+    }
+
+    void writeScrolling()
+    {
+        const auto* scroller = dynamic_cast<const UIScrollView*>(&view);
+        if (!scroller)
+            return;
+        const CGPoint offset = scroller->contentOffset();
+        const CGSize size = scroller->contentSize();
+        if (offset != CGPoint {})
+            node.append("contentOffset", numbers({ offset.x, offset.y }));
+        if (size != CGSize {})
+            node.append("contentSize", numbers({ size.width, size.height }));
+        if (scroller->contentInset() != UIEdgeInsets {})
+            node.append("contentInset", insets(scroller->contentInset()));
     }
 
     const UIView& view;

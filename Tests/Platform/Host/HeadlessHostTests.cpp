@@ -10,6 +10,7 @@
 #include "Platform/UIKit/UIImageView.h"
 #include "Platform/UIKit/UIKeyboard.h"
 #include "Platform/UIKit/UILabel.h"
+#include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
 
@@ -272,7 +273,11 @@ TEST_F(HeadlessHostTest, describesWhatIsOnTheScreen)
     faded->setAlpha(0.5);
     static_cast<CAGradientLayer&>(*faded->layer()).setColors({ { 1, 0, 0, 1 }, { 0, 0, 0, 0 } });
     faded->layer()->setShadowOpacity(0.25);
-    for (const auto& view : std::vector<std::shared_ptr<UIView>> { label, button, hidden, faded })
+    const auto scroller = make<UIScrollView>(CGRect { 0, 200, 100, 100 });
+    scroller->setContentSize({ 100, 500 });
+    scroller->setContentInset({ 5, 0, 0, 0 });
+    scroller->setContentOffset({ 0, 40 });
+    for (const auto& view : std::vector<std::shared_ptr<UIView>> { label, button, hidden, faded, scroller })
         root->addSubview(view);
     host.advance(0);
 
@@ -299,6 +304,9 @@ TEST_F(HeadlessHostTest, describesWhatIsOnTheScreen)
     EXPECT_EQ(children[3]["alpha"].number(), 0.5);
     EXPECT_EQ(children[3]["gradient"].print(), R"([{"color":"#ff0000ff","at":0},{"color":"#00000000","at":1}])");
     EXPECT_EQ(children[3]["shadow"]["opacity"].number(), 0.25);
+    EXPECT_EQ(children[4].print(),
+        R"({"class":"UIScrollView","frame":[0,200,100,100],"contentOffset":[0,40],"contentSize":[100,500],)"
+        R"("contentInset":[5,0,0,0]})");
 }
 
 } // namespace
