@@ -148,6 +148,11 @@ TEST_F(UIAlertControllerTest, obeysTheKeyboard)
     press(UIKey::enter);
     EXPECT_EQ(chosen, (Heard { "Save", "Cancel", "Cancel", "B" }));
 
+    ask({ { "Ok", {}, {} } });
+    UIApplication::shared().sendKey(UIKey::enter);
+    press(UIKey::enter); // twice, in a hurry
+    EXPECT_EQ(chosen.size(), 5u);
+
     ask({ { "A", {}, {} }, { "B", {}, {} } }); // nothing there that cancels
     press(UIKey::escape);
     EXPECT_TRUE(stands());

@@ -78,6 +78,12 @@ TEST_F(UIViewControllerTest, hearsOfSafeAreaAndAppearance)
     UIScreen::main().setTraitCollection(dark);
     EXPECT_EQ(screen->heard, Heard { "traits" });
     EXPECT_TRUE(screen->traitCollection().isDark());
+    makeFrame();
+    screen->heard.clear();
+    dark.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
+    UIScreen::main().setTraitCollection(dark);
+    makeFrame();
+    EXPECT_EQ(screen->heard, (Heard { "traits", "will layout", "did layout" })) << "what it places by hand changes sides";
 }
 
 TEST_F(UIViewControllerTest, keepsChildrenAndTellsThem)
