@@ -6,6 +6,19 @@
 
 namespace platform {
 
+namespace {
+
+// Ends what moves and sizes the view and what is in it: they have been somewhere else only while nobody saw them.
+void stayPut(const UIView& view)
+{
+    for (const char* key : { "position", "bounds", "cornerRadius" })
+        view.layer()->removeAnimation(key);
+    for (const auto& subview : view.subviews())
+        stayPut(*subview);
+}
+
+} // namespace
+
 UIStackView::UIStackView(const CGRect& frame)
     : UIView(frame)
 {
@@ -145,8 +158,7 @@ void UIStackView::animateArrangement(UIView& changed)
     layoutIfNeeded();
     if (changed.isHidden())
         return;
-    for (const char* key : { "position", "bounds" })
-        changed.layer()->removeAnimation(key);
+    stayPut(changed);
     const CGFloat alpha = changed.alpha();
     performWithoutAnimation([&] { changed.setAlpha(0); });
     changed.setAlpha(alpha);

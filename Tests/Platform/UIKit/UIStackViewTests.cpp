@@ -339,5 +339,21 @@ TEST_F(UIStackViewOnPage, movesTheOthersInsideAnAnimation)
     EXPECT_EQ(first->alpha(), 1);
 }
 
+TEST_F(UIStackViewOnPage, whatIsInAViewThatComesIsAtItsPlaceToo)
+{
+    const auto first = add(30, 10);
+    const auto inner = make<UIView>();
+    inner->setTranslatesAutoresizingMaskIntoConstraints(false);
+    first->addSubview(inner);
+    activate(
+        { inner->leadingAnchor().equalTo(first->leadingAnchor(), 5), inner->trailingAnchor().equalTo(first->trailingAnchor()),
+            inner->topAnchor().equalTo(first->topAnchor()), inner->bottomAnchor().equalTo(first->bottomAnchor()) });
+    first->setHidden(true);
+    lay();
+    UIView::animate(0.33, [&] { first->setHidden(false); });
+    EXPECT_EQ(inner->frame(), (CGRect { 5, 0, 25, 10 }));
+    EXPECT_FALSE(inner->layer()->hasAnimations()) << "it does not grow from the size that it never had on the screen";
+}
+
 } // namespace
 } // namespace platform
