@@ -30,6 +30,8 @@ ReactionAnimationView::ReactionAnimationView(const CGRect& frame)
 
 void ReactionAnimationView::animate(const std::shared_ptr<const UIImage>& icon)
 {
+    if (!window())
+        return; // no frame would see it, and so none would end it
     const auto imageView
         = make<UIImageView>(iconFrame) | mv::setContentMode(UIViewContentMode::scaleAspectFit) | mv::setImage(icon);
     CATransaction::begin();
@@ -96,15 +98,25 @@ std::shared_ptr<CAAnimationGroup> ReactionAnimationView::groupAnimation(
 std::shared_ptr<const CGPath> ReactionAnimationView::customPath(PathType type) const
 {
     const auto edge = bounds();
-    const CGFloat left = edge.maxX() - 120, right = edge.maxX() + 20;
-    const bool leftFirst = type == PathType::one;
+    const bool mirrors = effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+    const auto beforeEnd = [&](CGFloat distance) { return mirrors ? edge.x + distance : edge.maxX() - distance; };
+    const bool inwardsFirst = type == PathType::one;
+    constexpr CGFloat middle = 50, inwards = 120, outwards = -20; // points from the trailing edge
     const auto path = std::make_shared<CGPath>();
-    path->moveTo({ edge.maxX() - 50, edge.maxY() });
-    path->curveTo({ leftFirst ? left : right, edge.maxY() * 3 / 4 }, { leftFirst ? right : left, edge.maxY() / 4 },
-        { edge.maxX() - 50, 0 });
+    path->moveTo({ beforeEnd(middle), edge.maxY() });
+    path->curveTo({ beforeEnd(inwardsFirst ? inwards : outwards), edge.maxY() * 3 / 4 },
+        { beforeEnd(inwardsFirst ? outwards : inwards), edge.maxY() / 4 }, { beforeEnd(middle), 0 });
     return path;
 }
 
 bool ReactionAnimationView::pointInside(CGPoint, const UIEvent*) const { return false; }
+
+void ReactionAnimationView::didMoveToWindow()
+{
+    UIView::didMoveToWindow();
+    const auto icons = subviews();
+    for (const auto& icon : icons)
+        icon->removeFromSuperview();
+}
 
 } // namespace mv

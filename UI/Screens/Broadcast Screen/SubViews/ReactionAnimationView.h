@@ -6,15 +6,16 @@
 
 namespace mv {
 
-// Lies over the video and lets reactions drift up its right side, each along one of two curves, shrinking and fading. Touches
-// pass through it.
+// Lies over the video and lets reactions drift up along its trailing edge (the right one unless the interface runs from right to
+// left), each on one of two curves, shrinking and fading. Touches pass through it.
 class ReactionAnimationView final : public UIView {
 public:
-    enum class PathType { one, two }; // swings left first, or right first
+    enum class PathType { one, two }; // swings inwards first, or towards the trailing edge first
 
     explicit ReactionAnimationView(const CGRect& frame = {});
 
-    // One icon, once; it removes itself when it has arrived.
+    // One icon, once, from the next frame on; it removes itself when it has arrived, or when the view leaves its window. Outside
+    // a window nothing flies. An icon of nothing flies unseen.
     void animate(const std::shared_ptr<const UIImage>& icon);
 
     std::shared_ptr<CAKeyframeAnimation> positionAnimation(double duration, std::shared_ptr<const CGPath> path) const; // seconds
@@ -25,6 +26,9 @@ public:
 
     // UIView
     bool pointInside(CGPoint point, const UIEvent* event) const override;
+
+protected:
+    void didMoveToWindow() override;
 };
 
 } // namespace mv
