@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <tuple>
+#include <unicode/idna.h>
 #include <unicode/locid.h>
 #include <unicode/numfmt.h>
 #include <unicode/smpdtfmt.h>
@@ -91,6 +92,20 @@ public:
         UErrorCode error = U_ZERO_ERROR;
         const int32_t length = ucurr_forLocale(localeOf(locale).getName(), code, codeLength + 1, &error);
         return U_SUCCESS(error) && length == codeLength ? std::optional(utf8(icu::UnicodeString(code, length))) : std::nullopt;
+    }
+
+    std::optional<std::string> asciiHost(const std::string& host) const override
+    {
+        UErrorCode error = U_ZERO_ERROR;
+        constexpr std::uint32_t rules
+            = UIDNA_USE_STD3_RULES | UIDNA_CHECK_BIDI | UIDNA_CHECK_CONTEXTJ | UIDNA_NONTRANSITIONAL_TO_ASCII;
+        static const std::unique_ptr<icu::IDNA> names(icu::IDNA::createUTS46Instance(rules, error));
+        if (!names)
+            return std::nullopt;
+        icu::UnicodeString ascii;
+        icu::IDNAInfo info;
+        names->nameToASCII(icu::UnicodeString::fromUTF8(host), ascii, info, error);
+        return U_SUCCESS(error) && !info.hasErrors() ? std::optional(utf8(ascii)) : std::nullopt;
     }
 
 private:
