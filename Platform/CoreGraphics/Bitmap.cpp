@@ -13,9 +13,10 @@ namespace {
 constexpr int maximumSide = 32767; // Cairo's and pixman's limit
 constexpr std::size_t rowAlignment = 64; // bytes; a cache line
 constexpr std::size_t smallestBlock = 4096;
+constexpr std::size_t smallestMapped = 64u << 10; // bytes
 constexpr std::size_t hugePage = 2u << 20; // bytes
 constexpr int stepsPerDoubling = 4; // so that at most a fifth of a block is unused
-constexpr std::size_t mostKept = 96u << 20; // bytes; two tablet frames and the caches that may be dropped at once
+constexpr std::size_t mostKept = 12u << 20; // bytes; a phone's frame
 
 // Released blocks by size class.
 struct Pool {
@@ -23,6 +24,7 @@ struct Pool {
     std::array<std::vector<std::uint8_t*>, 64 * stepsPerDoubling> free;
     std::size_t used = 0;
     std::size_t kept = 0;
+    std::size_t next = 0; // the size class that gave way last
 };
 
 Pool& pool()
@@ -45,10 +47,21 @@ SizeClass sizeClassFor(std::size_t bytes)
     return { exponent * stepsPerDoubling + steps, base + steps * step };
 }
 
-// Frames and pictures have pages of their own, which go back to the system when they are released. They begin on a huge page and
-// ask for such pages: their first touch takes one fault for 2 MiB instead of 512, and passes over them miss fewer translations.
+std::size_t classBytes(std::size_t index)
+{
+    const std::size_t base = std::size_t(1) << (index / stepsPerDoubling);
+    return base + index % stepsPerDoubling * (base / stepsPerDoubling);
+}
+
+// All but small blocks have pages of their own, which go back to the system when they are released: a heap would keep them, in
+// pieces that fit nobody. Frames and pictures begin on a huge page and ask for such pages: their first touch takes one fault for
+// 2 MiB instead of 512, and passes over them miss fewer translations.
 std::uint8_t* mapPages(std::size_t bytes)
 {
+    if (bytes < hugePage) {
+        void* pages = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        return pages == MAP_FAILED ? nullptr : static_cast<std::uint8_t*>(pages);
+    }
     const std::size_t room = bytes + hugePage;
     void* mapped = mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (mapped == MAP_FAILED)
@@ -67,7 +80,10 @@ std::uint8_t* mapPages(std::size_t bytes)
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool hasOwnPages(std::size_t) { return false; } // so that a write past the end is noticed
 #else
-constexpr bool hasOwnPages(std::size_t bytes) { return bytes >= hugePage; } // a class this large is a multiple of the page size
+constexpr bool hasOwnPages(std::size_t bytes)
+{
+    return bytes >= smallestMapped;
+} // a class this large is a multiple of the page size
 #endif
 
 std::uint8_t* allocate(std::size_t bytes)
@@ -109,12 +125,18 @@ void giveBlock(std::uint8_t* block, std::size_t bytes)
     auto& p = pool();
     const std::lock_guard lock(p.mutex);
     p.used -= bytes;
-    if (p.kept + bytes > mostKept) {
-        release(block, bytes);
-        return;
-    }
     p.free[sizeClassFor(bytes).index].push_back(block);
     p.kept += bytes;
+    // What nobody asked for gives way, one size after the other: sizes that were in use come back.
+    while (p.kept > mostKept) {
+        p.next = (p.next + 1) % p.free.size();
+        auto& blocks = p.free[p.next];
+        if (blocks.empty())
+            continue;
+        release(blocks.back(), classBytes(p.next));
+        blocks.pop_back();
+        p.kept -= classBytes(p.next);
+    }
 }
 }
 
@@ -159,13 +181,11 @@ void PixelPool::trim(std::size_t keepBytes)
     auto& p = pool();
     const std::lock_guard lock(p.mutex);
     for (std::size_t index = p.free.size(); index-- > 0;) { // the largest first
-        const std::size_t base = std::size_t(1) << (index / stepsPerDoubling);
-        const std::size_t bytes = base + index % stepsPerDoubling * (base / stepsPerDoubling);
         auto& blocks = p.free[index];
         while (!blocks.empty() && p.kept > keepBytes) {
-            release(blocks.back(), bytes);
+            release(blocks.back(), classBytes(index));
             blocks.pop_back();
-            p.kept -= bytes;
+            p.kept -= classBytes(index);
         }
     }
 }
