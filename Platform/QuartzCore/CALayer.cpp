@@ -224,6 +224,12 @@ void CALayer::displayIfNeeded(CGFloat scale)
     needsDisplay_ = false;
     if (!drawsAnew)
         return;
+    backingScale = scale;
+    display(scale);
+}
+
+void CALayer::display(CGFloat scale)
+{
     const CGRect& area = values_.bounds;
     const PixelRect pixels = PixelRect::around({ 0, 0, area.width * scale, area.height * scale });
     const auto bitmap = Bitmap::make(pixels.width, pixels.height, PixelFormat::argb, true);
@@ -232,7 +238,6 @@ void CALayer::displayIfNeeded(CGFloat scale)
         drawInContext(context);
     }
     backing = bitmap ? CGImage::fromBitmap(bitmap) : nullptr;
-    backingScale = scale;
     ++changeCount_;
 }
 

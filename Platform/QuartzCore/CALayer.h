@@ -178,6 +178,9 @@ public:
 protected:
     explicit CALayer(Kind kind);
     virtual void layoutSublayers();
+    // Fills the backing store. A drawing layer that gets its picture elsewhere sets its contents here instead: this is called for
+    // a marked one in the first frame in which it can be seen.
+    virtual void display(CGFloat scale); // pixels a point
     // Marks the layer for the next commit.
     void didChange();
     // Stores a property that differs from what it was, with the delegate's animation for that key.
