@@ -215,6 +215,15 @@ TEST_F(ListPagesTest, cardsOfATurnedDeviceDoNotGrowIntoTheirPlaces)
         EXPECT_TRUE(find(cell, name)->layer()->animationKeys().empty()) << name;
 }
 
+TEST_F(ListPagesTest, drawsNothingWhileNothingMoves)
+{
+    openFullList();
+    host.advance(1);
+    const int frames = host.frameCount();
+    host.advance(60);
+    EXPECT_LE(host.frameCount(), frames + 1) << "the hidden loader does not spin";
+}
+
 TEST_F(ListPagesTest, manyShowsCostWhatCanBeSeen)
 {
     const auto content = make<MVBroadcastsContainerViewController>();
