@@ -15,7 +15,7 @@ constexpr std::size_t mostMeasured = 4096;
 void RowHeights::setCount(int count)
 {
     count_ = std::max(count, 0);
-    while (!measured.empty() && measured.rbegin()->first >= count_)
+    while (!measured.empty() && rowOf(*measured.rbegin()) >= count_)
         erase(std::prev(measured.end()));
 }
 
@@ -30,6 +30,7 @@ void RowHeights::setEstimate(double height)
 void RowHeights::forgetAll()
 {
     measured.clear();
+    shifted = 0;
     excess = 0;
 }
 
@@ -41,28 +42,26 @@ void RowHeights::erase(std::map<int, double>::iterator row)
 
 double RowHeights::height(int row) const
 {
-    const auto found = measured.find(row);
+    const auto found = measured.find(row - shifted);
     return found == measured.end() ? estimate_ : found->second;
 }
 
 void RowHeights::set(int row, double height)
 {
-    const auto [entry, isNew] = measured.try_emplace(row, estimate_);
+    const auto [entry, isNew] = measured.try_emplace(row - shifted, estimate_);
     excess += height - entry->second;
     entry->second = height;
     if (measured.size() <= mostMeasured)
         return;
-    const bool firstIsFarther = row - measured.begin()->first > measured.rbegin()->first - row;
+    const bool firstIsFarther = row - rowOf(*measured.begin()) > rowOf(*measured.rbegin()) - row;
     erase(firstIsFarther ? measured.begin() : std::prev(measured.end()));
 }
 
 void RowHeights::shift(int by)
 {
-    const std::map<int, double> before = std::move(measured);
-    forgetAll();
-    for (const auto& [row, height] : before)
-        if (row + by >= 0)
-            set(row + by, height);
+    shifted += by;
+    while (!measured.empty() && rowOf(*measured.begin()) < 0)
+        erase(measured.begin());
 }
 
 double RowHeights::offset(int row) const
@@ -70,7 +69,7 @@ double RowHeights::offset(int row) const
     if (row >= count_)
         return total();
     double sum = row * estimate_;
-    for (auto each = measured.begin(); each != measured.end() && each->first < row; ++each)
+    for (auto each = measured.begin(); each != measured.end() && rowOf(*each) < row; ++each)
         sum += each->second - estimate_;
     return sum;
 }
@@ -81,7 +80,9 @@ int RowHeights::rowAt(double offset) const
         return -1;
     double top = 0; // of `next`
     int next = 0;
-    for (const auto& [row, height] : measured) {
+    for (const auto& each : measured) {
+        const int row = rowOf(each);
+        const double height = each.second;
         const double reached = top + (row - next) * estimate_;
         if (offset < reached)
             break;

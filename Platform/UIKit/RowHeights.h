@@ -23,9 +23,11 @@ public:
     int rowAt(double offset) const; // the row that covers it; the first or last one outside; -1 when there is none
 
 private:
+    int rowOf(const std::pair<const int, double>& entry) const { return entry.first + shifted; }
     void erase(std::map<int, double>::iterator row);
 
-    std::map<int, double> measured;
+    std::map<int, double> measured; // by the row less `shifted`, so that a shift touches none of them
+    int shifted = 0;
     double excess = 0; // of what was measured over the estimate
     double estimate_ = 44;
     int count_ = 0;

@@ -70,7 +70,11 @@ bool UIApplication::sendScroll(CGPoint point, double dx, double dy)
         const auto hit = (*window)->hitTest({ point.x - (*window)->frame().x, point.y - (*window)->frame().y }, nullptr);
         for (UIView* view = hit.get(); view; view = view->superview()) {
             auto* scroller = dynamic_cast<UIScrollView*>(view);
-            if (scroller && scroller->scrollBy(dx, dy))
+            if (!scroller)
+                continue;
+            const CGPoint zero = scroller->convertFrom(CGPoint {}, nullptr),
+                          way = scroller->convertFrom(CGPoint { dx, dy }, nullptr);
+            if (scroller->scrollBy(way.x - zero.x, way.y - zero.y))
                 return true;
         }
         if (hit)

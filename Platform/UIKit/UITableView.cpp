@@ -9,7 +9,6 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t mostPooled = 4; // cells of one kind that wait for their next row
 constexpr int searchReach = 200; // rows around its former place in which a row is looked for after a reload
 
 } // namespace
@@ -26,6 +25,12 @@ void UITableView::setDataSource(std::weak_ptr<UITableViewDataSource> source)
     reloadData();
 }
 
+void UITableView::setDelegate(const std::weak_ptr<UITableViewDelegate>& delegate)
+{
+    tableDelegate = delegate;
+    UIScrollView::setDelegate(delegate);
+}
+
 void UITableView::setEstimatedRowHeight(double height)
 {
     heights.setEstimate(std::isfinite(height) ? std::max(height, 1.0) : 1);
@@ -34,21 +39,7 @@ void UITableView::setEstimatedRowHeight(double height)
 
 std::shared_ptr<UITableViewCell> UITableView::dequeueReusableCell(const std::string& identifier)
 {
-    if (preferred && preferred->reuseIdentifier() == identifier)
-        return std::exchange(preferred, nullptr);
-    auto& waiting = pool[identifier];
-    if (!waiting.empty()) {
-        const auto cell = waiting.back();
-        waiting.pop_back();
-        cell->prepareForReuse();
-        return cell;
-    }
-    const auto factory = factories.find(identifier);
-    if (factory == factories.end()) {
-        NSLog("no cell for \"" + identifier + "\": nothing is registered under that identifier");
-        return nullptr;
-    }
-    return factory->second();
+    return std::static_pointer_cast<UITableViewCell>(pool.dequeue(identifier));
 }
 
 void UITableView::reloadData()
@@ -104,6 +95,7 @@ void UITableView::layoutSubviews()
 
 void UITableView::contentOffsetDidChange()
 {
+    standsAtTop = isAtTop();
     if (!reloadPending)
         fill();
 }
@@ -117,7 +109,10 @@ void UITableView::boundsDidChange(const CGRect& previous)
 
 void UITableView::safeAreaInsetsDidChange()
 {
+    const bool stays = standsAtTop;
     UIScrollView::safeAreaInsetsDidChange();
+    if (stays && !isDragging() && !isDecelerating())
+        setContentOffset({ contentOffset().x, minimumContentOffset().y });
     setNeedsLayout();
 }
 
@@ -131,32 +126,36 @@ void UITableView::reloadNow()
     }
     const bool wasFilling = std::exchange(filling, true);
     remeasure();
-    reanchor(count);
+    const int anchor = reanchor(count);
     filling = wasFilling;
     if (bounds().isEmpty())
         return;
     // The rows that stay in the bounds keep their cells, which are filled again where the content differs.
-    for (Row& row : std::exchange(rows, {}))
-        if (row.cell)
-            former.emplace(row.identity, row);
-    fill();
-    for (auto& [identity, row] : std::exchange(former, {}))
-        recycle(row.cell);
+    for (const Row& row : std::exchange(rows, {}))
+        pool.keep(row.identity, row.content, row.cell);
+    fill(anchor);
+    pool.recycleKept();
 }
 
-// Carries heights and the reading position over to the new count of rows.
-void UITableView::reanchor(int count)
+// Carries heights and the reading position over to the new count of rows: the first visible row that is still there stays where
+// it is. Returns its index; -1 when there is none, or the table stands at its top.
+int UITableView::reanchor(int count)
 {
     const auto source = dataSource.lock();
-    const bool atTop = contentOffset().y <= minimumContentOffset().y;
+    const bool atTop = isAtTop();
     const Row* anchor = nullptr;
-    for (const Row& row : rows)
-        if (!anchor && row.top + row.height > contentOffset().y)
-            anchor = &row;
-    const int found = anchor && source ? findRow(*source, anchor->identity, anchor->index, count) : -1;
+    int found = -1;
+    for (const Row& row : rows) {
+        if (!source || row.top + row.height <= contentOffset().y)
+            continue;
+        found = findRow(*source, row.identity, row.index, count);
+        anchor = &row;
+        if (found >= 0)
+            break;
+    }
     if (found < 0) {
         heights.setCount(count);
-        return;
+        return -1;
     }
     const double before = heights.offset(anchor->index);
     if (const int by = found - anchor->index; by != 0)
@@ -164,8 +163,11 @@ void UITableView::reanchor(int count)
     heights.setCount(count);
     const double way = heights.offset(found) - before;
     updateContentSize();
-    if (!atTop && way != 0)
+    if (atTop)
+        return -1;
+    if (way != 0)
         move(way);
+    return found;
 }
 
 // Looks where the row was, then ever further around it: shows come and go one by one.
@@ -201,7 +203,7 @@ void UITableView::remeasure()
     for (Row& row : rows)
         row.top = std::exchange(next, next + row.height);
     updateContentSize();
-    const bool atTop = contentOffset().y <= minimumContentOffset().y;
+    const bool atTop = isAtTop();
     const double way = rows.front().top - top;
     if (way != 0 && !atTop)
         shiftContentOffset({ 0, way });
@@ -209,8 +211,9 @@ void UITableView::remeasure()
         place(row);
 }
 
-// Gives every row within the bounds a cell, and takes away those of the others.
-void UITableView::fill()
+// Gives every row within the bounds a cell, and takes away those of the others. When none has one yet it begins with `first`,
+// which those before make room for; with the row at the upper edge where that is negative.
+void UITableView::fill(int first)
 {
     if (filling || bounds().isEmpty())
         return;
@@ -220,16 +223,17 @@ void UITableView::fill()
     measuredWidth = std::max(0.0, bounds().width - left - right);
     const auto isOut = [this](const Row& row) { return row.top + row.height <= bounds().minY() || row.top >= bounds().maxY(); };
     while (!rows.empty() && (isOut(rows.front()) || rows.front().index >= heights.count())) {
-        recycle(rows.front().cell);
+        pool.recycle(rows.front().cell);
         rows.pop_front();
     }
     while (!rows.empty() && (isOut(rows.back()) || rows.back().index >= heights.count())) {
-        recycle(rows.back().cell);
+        pool.recycle(rows.back().cell);
         rows.pop_back();
     }
     updateContentSize();
     if (rows.empty()) {
-        const int first = heights.rowAt(std::max(0.0, bounds().minY()));
+        if (first < 0)
+            first = heights.rowAt(std::max(0.0, bounds().minY()));
         if (first >= 0)
             addRow(first, false);
     }
@@ -239,6 +243,15 @@ void UITableView::fill()
         && addRow(rows.back().index + 1, false)) { }
     updateContentSize();
     filling = false;
+    tellOfDisplayedRows();
+}
+
+void UITableView::tellOfDisplayedRows()
+{
+    const auto delegate = tableDelegate.lock();
+    for (const int row : std::exchange(displayed, {}))
+        if (delegate)
+            delegate->willDisplayRow(*this, row);
 }
 
 bool UITableView::addRow(int index, bool above)
@@ -248,6 +261,7 @@ bool UITableView::addRow(int index, bool above)
         return false;
     Row row;
     row.index = index;
+    displayed.push_back(index);
     row.identity = source->identityForRow(*this, index);
     row.content = source->contentForRow(*this, index);
     row.cell = makeCell(row);
@@ -303,33 +317,13 @@ double UITableView::measure(Row& row)
 std::shared_ptr<UITableViewCell> UITableView::makeCell(const Row& row)
 {
     const auto source = dataSource.lock();
-    if (const auto found = former.find(row.identity); found != former.end()) {
-        const Row before = found->second;
-        former.erase(found);
-        if (!row.content.empty() && row.content == before.content)
-            return before.cell;
-        preferred = before.cell;
-    }
-    std::shared_ptr<UITableViewCell> cell;
-    performWithoutAnimation([&] { cell = source ? source->cellForRow(*this, row.index) : nullptr; });
-    if (const auto unused = std::exchange(preferred, nullptr)) // the row wants another kind of cell now
-        recycle(unused);
+    auto cell = std::static_pointer_cast<UITableViewCell>(
+        pool.cellFor(row.identity, row.content, [&] { return source ? source->cellForRow(*this, row.index) : nullptr; }));
     if (!cell) {
         NSLog("row " + std::to_string(row.index) + " of " + layoutName() + " stays empty: its source has no cell for it");
         cell = make<UITableViewCell>();
     }
     return cell;
-}
-
-void UITableView::recycle(const std::shared_ptr<UITableViewCell>& cell)
-{
-    auto& waiting = pool[cell->reuseIdentifier()];
-    if (cell->reuseIdentifier().empty() || waiting.size() >= mostPooled) {
-        cell->removeFromSuperview();
-        return;
-    }
-    cell->setHidden(true);
-    waiting.push_back(cell);
 }
 
 void UITableView::place(const Row& row)
@@ -350,6 +344,8 @@ void UITableView::move(double distance)
     shiftContentOffset({ 0, distance });
     filling = wasFilling;
 }
+
+bool UITableView::isAtTop() const { return contentOffset().y <= minimumContentOffset().y; }
 
 void UITableView::updateContentSize() { setContentSize({ bounds().width, heights.total() }); }
 

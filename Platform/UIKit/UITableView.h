@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/UIKit/CellPool.h"
 #include "Platform/UIKit/RowHeights.h"
 #include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UITableViewCell.h"
 
 #include <deque>
-#include <map>
 
 namespace platform {
 
@@ -24,6 +24,13 @@ public:
     virtual std::string contentForRow(UITableView& /*tableView*/, int /*row*/) { return {}; }
 };
 
+// Told what a table does. Held weakly by it; every call may end it.
+class UITableViewDelegate : public UIScrollViewDelegate {
+public:
+    // A row has got its cell, and the next frame shows it: after it came into the bounds, and for every row there after a reload.
+    virtual void willDisplayRow(UITableView& /*tableView*/, int /*row*/) { }
+};
+
 // A column of rows as high as their cells' constraints ask for. Only the rows in its bounds have cells and measured heights; the
 // others count with the estimate until they are seen, and what is seen does not move when an estimate was wrong. Work follows
 // the visible rows, however many there are. Points; main thread.
@@ -32,13 +39,14 @@ public:
     explicit UITableView(const CGRect& frame = {});
 
     void setDataSource(std::weak_ptr<UITableViewDataSource> source);
+    void setDelegate(const std::weak_ptr<UITableViewDelegate>& delegate);
     double estimatedRowHeight() const { return heights.estimate(); }
     void setEstimatedRowHeight(double height); // at least 1
 
     // What dequeueReusableCell makes under that identifier.
     template <typename Cell> void registerCell(const std::string& identifier)
     {
-        factories[identifier] = [identifier] { return make<Cell>(identifier); };
+        pool.registerFactory(identifier, [identifier]() -> std::shared_ptr<UITableViewCell> { return make<Cell>(identifier); });
     }
     // Null, after a console line, for an identifier that nothing is registered under.
     std::shared_ptr<UITableViewCell> dequeueReusableCell(const std::string& identifier);
@@ -72,27 +80,28 @@ private:
     };
 
     void reloadNow();
-    void reanchor(int count);
+    int reanchor(int count);
     int findRow(UITableViewDataSource& source, const std::string& identity, int near, int count);
-    void fill();
+    void fill(int first = -1);
+    void tellOfDisplayedRows();
     void remeasure();
     bool addRow(int index, bool above);
     double measure(Row& row);
     std::shared_ptr<UITableViewCell> makeCell(const Row& row);
-    void recycle(const std::shared_ptr<UITableViewCell>& cell);
     void place(const Row& row);
     void move(double distance); // everything that is shown, and the offset with it
+    bool isAtTop() const;
     void updateContentSize();
     Sides sides() const;
 
     std::weak_ptr<UITableViewDataSource> dataSource;
-    std::map<std::string, std::function<std::shared_ptr<UITableViewCell>()>> factories;
-    std::map<std::string, std::vector<std::shared_ptr<UITableViewCell>>> pool; // hidden, by reuse identifier
-    std::multimap<std::string, Row> former; // what was shown before the reload, by identity
-    std::shared_ptr<UITableViewCell> preferred; // what the row that is being asked for was shown in
+    std::weak_ptr<UITableViewDelegate> tableDelegate;
+    CellPool pool;
     RowHeights heights;
     std::deque<Row> rows; // without gaps
+    std::vector<int> displayed; // rows that the delegate has yet to hear of
     double measuredWidth = -1; // that the heights belong to
+    bool standsAtTop = true; // before the safe area changed
     bool reloadPending = false;
     bool filling = false;
 };

@@ -340,8 +340,14 @@ UIEdgeInsets UIView::inheritedSafeAreaInsets() const
     const CGRect own = frame();
     const CGRect safe = around.inset(superview_->bounds());
     const auto reach = [](double distance, double limit) { return std::clamp(distance, 0.0, std::max(limit, 0.0)); };
-    return { reach(safe.minY() - own.minY(), own.height), reach(safe.minX() - own.minX(), own.width),
+    UIEdgeInsets insets { reach(safe.minY() - own.minY(), own.height), reach(safe.minX() - own.minX(), own.width),
         reach(own.maxY() - safe.maxY(), own.height), reach(own.maxX() - safe.maxX(), own.width) };
+    // A mirrored view has its own edges on the other side.
+    if (transform().d < 0)
+        std::swap(insets.top, insets.bottom);
+    if (transform().a < 0)
+        std::swap(insets.left, insets.right);
+    return insets;
 }
 
 void UIView::updateSafeArea()

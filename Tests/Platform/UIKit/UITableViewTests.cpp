@@ -34,6 +34,7 @@ protected:
 struct Rows final : UITableViewDataSource {
     int count = 0;
     int first = 0; // the identity of row 0
+    std::vector<int> dropped; // identities that are gone, ascending
     std::function<double(int id)> height = [](int id) { return 50.0 + id % 3 * 10; };
     std::function<std::string(int id)> identity = [](int id) { return "#" + std::to_string(id); };
     std::function<std::string(int id)> content = [](int) { return ""; };
@@ -46,15 +47,22 @@ struct Rows final : UITableViewDataSource {
         ++asked;
         const auto cell = std::dynamic_pointer_cast<HighCell>(table.dequeueReusableCell(kind));
         if (cell)
-            cell->show(first + row, height(first + row));
+            cell->show(idOf(row), height(idOf(row)));
         return cell;
     }
     std::string identityForRow(UITableView&, int row) override
     {
         ++identities;
-        return identity(first + row);
+        return identity(idOf(row));
     }
-    std::string contentForRow(UITableView&, int row) override { return content(first + row); }
+    std::string contentForRow(UITableView&, int row) override { return content(idOf(row)); }
+    int idOf(int row) const
+    {
+        int id = first + row;
+        for (const int each : dropped)
+            id += each <= id;
+        return id;
+    }
 };
 
 class UITableViewTest : public ScreenTest {
@@ -102,7 +110,7 @@ protected:
             const CGRect frame = table->cellForRow(row)->frame();
             EXPECT_NEAR(frame.y, next, 1e-6) << row;
             EXPECT_NEAR(frame.y, table->rectForRow(row).y, 1e-6) << row;
-            EXPECT_EQ(frame.height, source->height(source->first + row)) << row;
+            EXPECT_EQ(frame.height, source->height(source->idOf(row))) << row;
             next = frame.maxY();
         }
         EXPECT_GE(next, std::min(table->bounds().maxY(), table->contentSize().height));
@@ -193,6 +201,163 @@ TEST_F(UITableViewTest, aNewFirstRowDoesNotPushAwayWhatIsRead)
     show(52);
     EXPECT_EQ(screenY(98), 0) << "at the top the new one is seen";
     expectCovered();
+}
+
+TEST_F(UITableViewTest, rowsThatGoLeaveWhatIsReadInItsPlace)
+{
+    struct Case {
+        const char* why;
+        std::vector<int> gone; // from the first visible row
+        int read;
+    };
+    const Case cases[] = {
+        { "far above", { -8, -7 }, 1 },
+        { "the one above, of another height", { -1 }, 0 },
+        { "the first in sight", { 0 }, 1 },
+        { "the first two in sight", { 0, 1 }, 2 },
+        { "in sight, below what is read", { 2 }, 1 },
+        { "far below", { 14 }, 1 },
+    };
+    source->height = [](int id) { return 50.0 + id % 5 * 17; };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        source->dropped.clear();
+        show(0);
+        show(200);
+        for (int i = 0; i < 20; ++i)
+            scrollTo(table->contentOffset().y + 50);
+        const int first = table->indicesForVisibleRows().front();
+        const double before = *screenY(first + c.read);
+        std::vector<int> gone;
+        for (const int each : c.gone)
+            gone.push_back(first + each);
+        source->dropped = gone;
+        show(200 - int(gone.size()));
+        EXPECT_EQ(screenY(first + c.read), before);
+        expectCovered();
+        scrollTo(0);
+        EXPECT_EQ(table->indicesForVisibleRows().front(), 0);
+        expectCovered();
+    }
+}
+
+struct Displays final : UITableViewDelegate {
+    std::vector<int> rows;
+    std::function<void()> then = [] {};
+    void willDisplayRow(UITableView&, int row) override
+    {
+        rows.push_back(row);
+        then();
+    }
+};
+
+TEST_F(UITableViewTest, saysWhichRowsTheNextFrameShows)
+{
+    const auto displays = std::make_shared<Displays>();
+    table->setDelegate(displays);
+    const auto taken = [&] { return std::exchange(displays->rows, {}); };
+    source->height = [](int) { return 100.0; };
+    source->content = [](int id) { return std::to_string(id); };
+    show(10);
+    EXPECT_EQ(taken(), (std::vector { 0, 1, 2, 3, 4 }));
+    makeFrame();
+    scrollTo(15);
+    EXPECT_EQ(taken(), std::vector<int> {}) << "nothing new";
+    scrollTo(150);
+    EXPECT_EQ(taken(), (std::vector { 5, 6 }));
+    scrollTo(90);
+    EXPECT_EQ(taken(), (std::vector { 0 }));
+    const int asked = source->asked;
+    show(10);
+    EXPECT_EQ(taken(), (std::vector { 0, 1, 2, 3, 4, 5 })) << "all of them after a reload";
+    EXPECT_EQ(source->asked, asked) << "though in the cells that they had";
+    displays->then = [&] {
+        table->reloadData();
+        if (displays->rows.size() == 1)
+            source->count = 3;
+        else
+            displays->then = [] {};
+    };
+    show(10);
+    EXPECT_EQ(table->numberOfRows(), 3) << "what is told may reload";
+    displays->then = [&] {
+        table->removeFromSuperview();
+        displays->then = [] {};
+    };
+    show(2);
+    EXPECT_FALSE(table->superview());
+}
+
+// Upside down, each cell turned back, as a list whose newest row is at its lower edge.
+class FlippedTableTest : public UITableViewTest {
+protected:
+    FlippedTableTest()
+    {
+        table->setTransform(CGAffineTransform::scale(1, -1));
+        source->height = [](int) { return 60.0; };
+        source->content = [](int id) { return std::to_string(id); };
+        show(100);
+        turnCells();
+    }
+    void turnCells()
+    {
+        for (const int row : table->indicesForVisibleRows())
+            table->cellForRow(row)->setTransform(CGAffineTransform::scale(1, -1));
+        makeFrame();
+    }
+    CGRect place(int row) { return table->cellForRow(row)->convertTo(table->cellForRow(row)->bounds(), nullptr); }
+};
+
+TEST_F(FlippedTableTest, growsUpwards)
+{
+    EXPECT_EQ(place(0), (CGRect { 0, 420, 320, 60 }));
+    EXPECT_EQ(place(1), (CGRect { 0, 360, 320, 60 }));
+    const auto cell = table->cellForRow(1);
+    EXPECT_EQ(cell->convertTo(CGPoint { 0, 10 }, nullptr).y, 370) << "upright";
+    EXPECT_TRUE(window->hitTest({ 100, 375 }, nullptr)->isDescendant(*cell));
+    source->first = -1;
+    show(101);
+    turnCells();
+    EXPECT_EQ(place(1), (CGRect { 0, 360, 320, 60 }));
+    EXPECT_EQ(screenY(-1), 420) << "the new one is at the bottom at once";
+}
+
+TEST_F(FlippedTableTest, fingerAndWheelMoveItTheRightWayRound)
+{
+    touch(UITouchPhase::began, { 100, 200 });
+    for (int y = 210; y <= 300; y += 10) {
+        advance(1.0 / 60);
+        touch(UITouchPhase::moved, { 100, double(y) });
+    }
+    EXPECT_EQ(table->contentOffset().y, 90) << "older ones come down from above, after ten points of slop";
+    EXPECT_NEAR(place(2).y, 390, 0.01) << "with the finger";
+    touch(UITouchPhase::ended, { 100, 300 });
+    const double thrown = table->contentOffset().y;
+    for (int i = 0; i < 120; ++i)
+        advance(1.0 / 60);
+    EXPECT_GT(table->contentOffset().y, thrown + 20) << "glides on the same way";
+
+    table->setContentOffset({ 0, 0 });
+    UIApplication::shared().sendScroll({ 100, 200 }, 0, -45); // up
+    EXPECT_EQ(table->contentOffset().y, 45);
+    UIApplication::shared().sendScroll({ 100, 200 }, 0, 30);
+    EXPECT_EQ(table->contentOffset().y, 15);
+    UIApplication::shared().sendScroll({ 100, 200 }, 0, 1000);
+    EXPECT_EQ(table->contentOffset().y, 0);
+}
+
+TEST_F(FlippedTableTest, keepsItsFirstRowClearOfTheHomeIndicator)
+{
+    UIScreen::main().setGeometry({ 320, 480 }, { 50, 0, 34, 0 });
+    makeFrame();
+    turnCells();
+    EXPECT_EQ(place(0).maxY(), 446);
+    scrollToEnd();
+    EXPECT_EQ(place(99).y, 50);
+    UIScreen::main().setGeometry({ 320, 480 }, { 0, 0, 20, 0 });
+    makeFrame();
+    EXPECT_EQ(place(99).y, 0);
+    UIScreen::main().setGeometry({ 320, 480 }, {});
 }
 
 TEST_F(UITableViewTest, aReloadThatChangesNothingLaysNothingOut)
