@@ -13,6 +13,7 @@ namespace {
 constexpr CGFloat sideOverhang = 2; // points; glyphs reach that far over their advance
 constexpr char32_t firstTallCharacter = 0x300; // from here on scripts and marks may be taller than the line's font
 constexpr double tallOverhang = 0.35; // of the line height
+constexpr CGFloat tallestPicture = 2048; // points, whole pixels at every scale
 constexpr std::size_t keptPictures = 256; // without their pixels
 
 // The characters that emoji are made of: pictures, symbols that have a coloured form, and what joins or selects them.
@@ -88,6 +89,22 @@ TextPicture textPicture(const std::shared_ptr<const TextLayout>& layout, const T
     if (kept.size() > keptPictures)
         kept.pop_back();
     return kept.front().picture;
+}
+
+std::vector<TextPicture> textPictures(
+    const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale)
+{
+    TextPicture whole = textPicture(layout, paragraph, scale);
+    if (!whole.image)
+        return {};
+    if (whole.rect.height <= tallestPicture)
+        return { std::move(whole) };
+    std::vector<TextPicture> pieces;
+    for (CGFloat y = whole.rect.y; y < whole.rect.maxY(); y += tallestPicture) {
+        const CGRect rect { whole.rect.x, y, whole.rect.width, std::min(tallestPicture, whole.rect.maxY() - y) };
+        pieces.push_back({ imageOf(layout, rect), rect });
+    }
+    return pieces;
 }
 
 CGRect linesRect(const TextLayout& layout, CGFloat scale)

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -17,6 +18,10 @@ struct TextPicture {
 
 // `paragraph` is what the layout was made from; the rectangle is rounded outwards to whole pixels of that scale (pixels a point).
 TextPicture textPicture(const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale);
+
+// The same from the top in pieces of some screens' height, so that what is far away costs no pixels: one for most texts.
+std::vector<TextPicture> textPictures(
+    const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale);
 
 // Where a layout's lines lie, as aligned: from the leftmost start to the rightmost end, rounded outwards to whole pixels.
 CGRect linesRect(const TextLayout& layout, CGFloat scale);

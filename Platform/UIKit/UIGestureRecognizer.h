@@ -47,6 +47,10 @@ public:
     void setEnabled(bool enabled); // switching off cancels a gesture under way
     bool cancelsTouchesInView() const { return cancelsTouchesInView_; }
     void setCancelsTouchesInView(bool cancels) { cancelsTouchesInView_ = cancels; }
+    // Whether the view hears of a touch's end only once this one is decided. All of ours are decided by then, so nothing waits:
+    // it tells recognisers apart.
+    bool delaysTouchesEnded() const { return delaysTouchesEnded_; }
+    void setDelaysTouchesEnded(bool delays) { delaysTouchesEnded_ = delays; }
     void setDelegate(std::weak_ptr<UIGestureRecognizerDelegate> delegate) { delegate_ = std::move(delegate); }
     const std::string& name() const { return name_; }
     void setName(std::string name) { name_ = std::move(name); }
@@ -87,6 +91,7 @@ private:
     UIGestureRecognizerState state_ = UIGestureRecognizerState::possible;
     bool enabled = true;
     bool cancelsTouchesInView_ = true;
+    bool delaysTouchesEnded_ = true;
 
     UIView* view_ = nullptr; // which clears it
 };

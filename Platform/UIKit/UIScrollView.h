@@ -33,10 +33,10 @@ public:
     explicit UIScrollView(const CGRect& frame = {});
     ~UIScrollView() override;
 
-    CGPoint contentOffset() const { return bounds().origin(); }
+    virtual CGPoint contentOffset() const { return bounds().origin(); }
     // Anywhere, also beyond the ends; ends a motion under way. Snaps to device pixels; what is not a number changes nothing,
     // after a console line. Animated it takes 0.3 s.
-    void setContentOffset(CGPoint offset, bool animated = false);
+    virtual void setContentOffset(CGPoint offset, bool animated = false);
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size); // what is negative or not a number counts as 0; an offset beyond the end moves to it
     const UIEdgeInsets& contentInset() const { return contentInset_; }
@@ -46,7 +46,7 @@ public:
     void setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior behavior);
 
     bool isScrollEnabled() const { return scrollEnabled; }
-    void setScrollEnabled(bool enabled); // of the finger and the wheel; the offset can still be set
+    virtual void setScrollEnabled(bool enabled); // of the finger and the wheel; the offset can still be set
     bool bounces() const { return bounces_; }
     void setBounces(bool bounces) { bounces_ = bounces; }
     // Along that axis also when the content fits.

@@ -139,7 +139,10 @@ public:
     // The deepest view that takes a touch at that point (in this view's coordinates); null when none does.
     virtual std::shared_ptr<UIView> hitTest(CGPoint point, const UIEvent* event);
     virtual bool pointInside(CGPoint point, const UIEvent* event) const;
-    const std::vector<std::shared_ptr<UIGestureRecognizer>>& gestureRecognizers() const { return gestureRecognizers_; }
+    // Those that hear of touches here or below.
+    virtual std::vector<std::shared_ptr<UIGestureRecognizer>> gestureRecognizers() const { return gestureRecognizers_; }
+    // Instead of the present ones.
+    void setGestureRecognizers(const std::vector<std::shared_ptr<UIGestureRecognizer>>& recognizers);
     void addGestureRecognizer(const std::shared_ptr<UIGestureRecognizer>& recognizer);
     void removeGestureRecognizer(const UIGestureRecognizer& recognizer);
     // Asked of the touched view before a recogniser of its own or of an ancestor begins: a control keeps its taps to itself.

@@ -30,6 +30,16 @@ std::shared_ptr<UIView> UIView::hitTest(CGPoint point, const UIEvent* event)
 
 bool UIView::pointInside(CGPoint point, const UIEvent* /*event*/) const { return bounds().contains(point); }
 
+void UIView::setGestureRecognizers(const std::vector<std::shared_ptr<UIGestureRecognizer>>& recognizers)
+{
+    const auto present = gestureRecognizers_;
+    for (const auto& recognizer : present)
+        if (std::ranges::find(recognizers, recognizer) == recognizers.end())
+            removeGestureRecognizer(*recognizer);
+    for (const auto& recognizer : recognizers)
+        addGestureRecognizer(recognizer);
+}
+
 void UIView::addGestureRecognizer(const std::shared_ptr<UIGestureRecognizer>& recognizer)
 {
     if (!recognizer || recognizer->view_ == this)

@@ -97,17 +97,23 @@ CGFloat TextLayout::firstBaseline() const { return impl->lines.front().baseline;
 
 CGFloat TextLayout::lastBaseline() const { return impl->lines.back().baseline; }
 
-std::string TextLayout::linkAt(CGPoint point) const
+std::optional<std::size_t> TextLayout::runAt(CGPoint point) const
 {
     for (std::size_t i = 0; i < impl->lines.size(); ++i) {
         if (!impl->lines[i].rect.contains(point))
             continue;
         for (const auto& run : impl->runs[i]) {
             if (point.x >= run.x && point.x < run.x + run.width)
-                return impl->styles[run.style].link;
+                return run.style;
         }
     }
     return {};
+}
+
+std::string TextLayout::linkAt(CGPoint point) const
+{
+    const auto run = runAt(point);
+    return run ? impl->styles[*run].link : std::string();
 }
 
 } // namespace platform

@@ -73,6 +73,8 @@ public:
     bool isTruncated() const; // some text is left out
     CGFloat firstBaseline() const;
     CGFloat lastBaseline() const;
+    // Which of the paragraph's runs lies at a point; nothing beside the lines.
+    std::optional<std::size_t> runAt(CGPoint point) const;
     // The run's link at a point, empty for none.
     std::string linkAt(CGPoint point) const;
 
