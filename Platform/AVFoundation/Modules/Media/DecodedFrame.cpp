@@ -8,8 +8,8 @@ namespace {
 
 class DecodedFrame final : public VideoFrame {
 public:
-    explicit DecodedFrame(GstSample* taken)
-        : sample(taken)
+    // Keeps the buffer only: the sink changes the sample for its next frame, and complains while another holds it.
+    explicit DecodedFrame(GstSample* sample)
     {
         GstVideoInfo info;
         GstCaps* caps = gst_sample_get_caps(sample);
@@ -32,21 +32,21 @@ public:
     {
         if (isMapped)
             gst_video_frame_unmap(&mapped);
-        gst_sample_unref(sample);
     }
 
     bool isMapped = false;
 
 private:
-    GstSample* sample;
-    GstVideoFrame mapped {};
+    GstVideoFrame mapped {}; // holds its buffer
 };
 
 } // namespace
 
 std::shared_ptr<const VideoFrame> makeDecodedFrame(void* sample)
 {
-    auto frame = std::make_shared<DecodedFrame>(static_cast<GstSample*>(sample));
+    auto* const taken = static_cast<GstSample*>(sample);
+    auto frame = std::make_shared<DecodedFrame>(taken);
+    gst_sample_unref(taken);
     return frame->isMapped ? frame : nullptr;
 }
 

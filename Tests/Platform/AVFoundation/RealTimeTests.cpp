@@ -1,0 +1,197 @@
+#include "Platform/AVFoundation/AVPlayer.h"
+#include "Platform/AVFoundation/AVPlayerLayer.h"
+#include "Platform/Foundation/Clock.h"
+#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/QuartzCore/LayerCommitter.h"
+#include "Tests/Platform/AVFoundation/MediaTest.h"
+
+#include <poll.h>
+
+#include <cmath>
+
+namespace platform {
+namespace {
+
+using Status = AVPlayerTimeControlStatus;
+
+// A screen of one layer on the real clock.
+class RealTimeMediaTest : public ::testing::Test {
+protected:
+    RealTimeMediaTest() { layer->setFrame({ 0, 0, 320, 240 }); }
+    ~RealTimeMediaTest() override
+    {
+        layer->setPlayer(nullptr);
+        player = nullptr;
+        MainQueue::shared().waitUntilQuiescent();
+        EXPECT_EQ(console.lines(), std::vector<std::string> {});
+    }
+
+    void open(const URL& url)
+    {
+        player = make<AVPlayer>(make<AVPlayerItem>(url));
+        layer->setPlayer(player);
+    }
+
+    // Runs the main queue and draws what changes, as a host does, until the condition holds; false after so many seconds.
+    bool runUntil(const std::function<bool()>& condition, double seconds = 10)
+    {
+        const double end = clock.now() + seconds;
+        while (!condition()) {
+            const double now = clock.now();
+            if (now >= end)
+                return false;
+            MainQueue::shared().run(now);
+            if (LayerCommitter::needsFrame())
+                drawFrame(now);
+            pollfd watched { MainQueue::shared().fileDescriptor(), POLLIN, 0 };
+            poll(&watched, 1, 5);
+        }
+        return true;
+    }
+    void run(double seconds)
+    {
+        const double end = clock.now() + seconds;
+        runUntil([&] { return clock.now() >= end; }, seconds + 1);
+    }
+    bool runUntilPlaying()
+    {
+        return runUntil([&] { return player->timeControlStatus() == Status::playing; });
+    }
+    void drawFrame(double time)
+    {
+        ++frames;
+        LayerCommitter::layout({ layer });
+        LayerCommitter::display({ layer }, 1);
+        LayerCommitter::commit({ layer }, time, 1, { 0, 0, 320, 240 });
+    }
+    std::optional<int> shownFrame() const
+    {
+        const auto picture = layer->contents() ? layer->contents()->pixels() : nullptr;
+        if (!picture)
+            return std::nullopt;
+        return showroom::media::frameCode::read(picture->row(0), picture->stride() / 4, picture->width(), picture->height());
+    }
+
+    RealClock clock;
+    LogCapture console;
+    const TestFilms& films = TestFilms::shared();
+    std::shared_ptr<AVPlayerLayer> layer = make<AVPlayerLayer>();
+    std::shared_ptr<AVPlayer> player;
+    int frames = 0;
+};
+
+TEST_F(RealTimeMediaTest, showsFramesAtTheirTimes)
+{
+    open(films.plain());
+    ASSERT_TRUE(runUntil([&] { return player->currentItem()->status() == AVPlayerItemStatus::readyToPlay; }));
+    run(0.05);
+    EXPECT_EQ(shownFrame(), 0);
+    player->play();
+    ASSERT_TRUE(runUntilPlaying());
+    const double started = clock.now() - player->currentTime();
+    const int framesBefore = frames;
+    for (int look = 0; look < 5; ++look) {
+        run(0.2);
+        ASSERT_TRUE(shownFrame());
+        EXPECT_NEAR(*shownFrame() / 30.0, clock.now() - started, 0.15);
+        EXPECT_NEAR(player->currentTime(), clock.now() - started, 0.02);
+    }
+    EXPECT_LE(frames - framesBefore, 34) << "the screen draws only when a frame is due";
+    EXPECT_LE(layer->convertedFrameCount(), 36);
+}
+
+TEST_F(RealTimeMediaTest, endsPausesAndStartsOver)
+{
+    int ends = 0;
+    const auto token = NotificationCenter::defaultCenter().addObserver(
+        AVPlayerItem::didPlayToEndTimeNotification, [&](const Notification&) { ++ends; });
+    open(films.plain());
+    player->seek(1.5);
+    player->play();
+    ASSERT_TRUE(runUntil([&] { return ends > 0; }));
+    EXPECT_EQ(player->timeControlStatus(), Status::paused);
+    EXPECT_EQ(player->currentTime(), player->currentItem()->duration());
+    EXPECT_EQ(shownFrame(), 59);
+    player->seek(0);
+    run(0.2);
+    EXPECT_EQ(shownFrame(), 0);
+    player->play();
+    ASSERT_TRUE(runUntil([&] { return shownFrame() >= 10; }));
+    player->pause();
+    const double time = player->currentTime();
+    run(0.2);
+    EXPECT_EQ(player->currentTime(), time);
+    EXPECT_NEAR(shownFrame().value_or(-1), time * 30, 3);
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(RealTimeMediaTest, loopsFromTheEndsNotification)
+{
+    int ends = 0;
+    open(films.film("short.mp4", { .width = 320, .height = 240, .frames = 10, .loudness = 0 }));
+    player->setActionAtItemEnd(AVPlayerActionAtItemEnd::none);
+    const auto token
+        = NotificationCenter::defaultCenter().addObserver(AVPlayerItem::didPlayToEndTimeNotification, [&](const Notification&) {
+              ++ends;
+              player->seek(0);
+          });
+    player->play();
+    EXPECT_TRUE(runUntil([&] { return ends == 4; }));
+    EXPECT_EQ(player->timeControlStatus(), Status::playing);
+}
+
+TEST_F(RealTimeMediaTest, soundReachesTheDeviceUnlessMuted)
+{
+    open(films.plain());
+    player->play();
+    ASSERT_TRUE(runUntilPlaying());
+    player->takeAudioPeak();
+    run(0.3);
+    EXPECT_NEAR(player->takeAudioPeak(), 0.5, 0.1);
+    player->setVolume(0.5);
+    run(0.3);
+    player->takeAudioPeak();
+    run(0.2);
+    EXPECT_NEAR(player->takeAudioPeak(), 0.25, 0.05);
+    player->setMuted(true);
+    run(0.3);
+    player->takeAudioPeak();
+    run(0.2);
+    EXPECT_EQ(player->takeAudioPeak(), 0);
+}
+
+TEST_F(RealTimeMediaTest, convertsNothingForALayerThatNobodySees)
+{
+    open(films.plain());
+    player->play();
+    ASSERT_TRUE(runUntilPlaying());
+    run(0.2);
+    layer->setHidden(true);
+    run(0.2);
+    const long converted = layer->convertedFrameCount();
+    const int drawn = frames;
+    run(0.5);
+    EXPECT_EQ(layer->convertedFrameCount(), converted);
+    EXPECT_LE(frames - drawn, 1) << "and asks for no frames";
+    layer->setHidden(false);
+    run(0.1);
+    EXPECT_NEAR(shownFrame().value_or(-1), player->currentTime() * 30, 4) << "seen again it shows the present";
+}
+
+TEST_F(RealTimeMediaTest, closesInEveryState)
+{
+    open(films.plain());
+    player->play();
+    ASSERT_TRUE(runUntilPlaying());
+    player->seek(1);
+    player = nullptr;
+    layer->setPlayer(nullptr); // seeking
+    open(films.plain());
+    player->play();
+    player = nullptr;
+    layer->setPlayer(nullptr); // loading
+    EXPECT_TRUE(MainQueue::shared().waitUntilQuiescent());
+}
+
+} // namespace
+} // namespace platform
