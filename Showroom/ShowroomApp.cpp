@@ -1,5 +1,6 @@
 #include "Showroom/ShowroomApp.h"
 
+#include "Main/MivoraUINotification.h"
 #include "Platform/Foundation/Bundle.h"
 #include "Platform/Foundation/Folders.h"
 #include "Platform/Foundation/Locale.h"
@@ -8,6 +9,7 @@
 #include "Platform/UIKit/UINavigationController.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Showroom/Home/HomeViewController.h"
+#include "Showroom/Product/ProductPageViewController.h"
 #include "Showroom/Server/MediaServer.h"
 #include "Showroom/Service/CannedService.h"
 #include "UI/Screens/Broadcasts List/Controllers/MVBroadcastsViewController.h"
@@ -92,7 +94,21 @@ std::shared_ptr<UINavigationController> ShowroomApp::makeNavigation()
     };
     const auto navigation = make<UINavigationController>(home);
     navigation->setNavigationBarHidden(true, false); // every page brings its own head
+    productTaps = NotificationCenter::defaultCenter().addObserver(
+        mv::rawValue(mv::MivoraUINotification::mv_product_tapped), [this, shop = weak(navigation)](const Notification& tap) {
+            if (const auto shown = shop.lock())
+                openProduct(tap, *shown);
+        });
     return navigation;
+}
+
+// Over the show, which goes on meanwhile.
+void ShowroomApp::openProduct(const Notification& tap, UINavigationController& navigation) const
+{
+    const auto* productId = tap.value<std::string>("productId");
+    const auto* product = productId ? service_->findProduct(*productId) : nullptr;
+    if (product)
+        navigation.pushViewController(make<ProductPageViewController>(*product), true);
 }
 
 } // namespace showroom

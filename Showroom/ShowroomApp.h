@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Host/SimulatedDevice.h"
 
 #include <functional>
@@ -38,8 +39,10 @@ public:
 
 private:
     std::shared_ptr<platform::UINavigationController> makeNavigation();
+    void openProduct(const platform::Notification& tap, platform::UINavigationController& navigation) const;
 
     std::unique_ptr<MediaServer> media;
+    platform::NotificationToken productTaps;
     std::shared_ptr<CannedService> service_;
     std::shared_ptr<platform::UIWindow> window;
 };

@@ -194,6 +194,12 @@ std::shared_ptr<CannedBroadcast> CannedService::find(const std::string& identifi
     return found == shows.end() ? nullptr : *found;
 }
 
+const MVProduct* CannedService::findProduct(const std::string& productId) const
+{
+    const auto found = scenario.products.find(productId);
+    return found == scenario.products.end() ? nullptr : &found->second;
+}
+
 void CannedService::play(const ScenarioEvent& event)
 {
     const auto text = [&](const char* key) { return event.detail[key].text(); };
