@@ -77,9 +77,9 @@ protected:
                 return srand48(seed);
         }
     }
-    Look shown(const UIView& icon) const
+    Look shown(const UIView& view) const
     {
-        const auto value = [&](const char* what) { return icon.layer()->presentationValue(what, host.now()); };
+        const auto value = [&](const char* what) { return view.layer()->presentationValue(what, host.now()); };
         return { std::get<CGPoint>(value("position")), std::get<double>(value("transform.scale")),
             std::get<double>(value("opacity")) };
     }
