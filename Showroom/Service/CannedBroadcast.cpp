@@ -24,6 +24,7 @@ CannedBroadcast::CannedBroadcast(
     bannerImageUrl = url(show.banner);
     bannerVideoUrl = url(show.bannerVideo);
     recordingUrl = url(show.recording);
+    streamFilm = url(show.stream);
     isRecordingAllowed = show.recordingAllowed;
     conversationId = show.conversation;
     isGuestUserAllowedToChat = show.guestsMayChat;
@@ -48,28 +49,56 @@ CannedBroadcast::CannedBroadcast(
     }
 }
 
-void CannedBroadcast::playVideoStream(const std::shared_ptr<MVVideoStreamConfig>&)
+void CannedBroadcast::playVideoStream(const std::shared_ptr<MVVideoStreamConfig>& streamConfig)
 {
     const auto owner = noted("playVideoStream");
     if (!owner)
         return;
+    stream.reset();
+    const int call = ++streamCalls;
+    const auto ifWanted = [self = weak(this), call](auto action) {
+        return [self, call, action] {
+            const auto show = self.lock();
+            if (show && show->streamCalls == call)
+                action(*show);
+        };
+    };
     owner->answer(
         "playVideoStream",
-        [video = owner->video, channel = name(), uid = hosts && !hosts->empty() ? hosts->front()->rtcUserId.value_or(1) : 1] {
+        ifWanted([config = streamConfig ? *streamConfig : MVVideoStreamConfig(), video = owner->video, channel = name()](
+                     CannedBroadcast& show) {
             video->publish("channel joined", [channel](auto& d) { d.didVideoChannelJoinedSuccessfully(channel); });
-            video->publish("host video", [channel, uid](auto& d) { d.didRecieveHostVideoStream(channel, uid); });
-        },
-        [video = owner->video](const MVApiError& error) {
-            const MVError told { error.errorMessage.value_or("") };
-            video->publish("stream error", [told](auto& d) { d.didErrorOccuredInVideoService(told); });
+            show.startStream(config);
+        }),
+        [self = weak(this)](const MVApiError& error) {
+            if (const auto show = self.lock())
+                show->tellStreamError(error.errorMessage.value_or(""));
         },
         [] {});
 }
 
 void CannedBroadcast::stopVideoStream()
 {
+    ++streamCalls;
+    stream.reset();
     if (const auto owner = noted("stopVideoStream"))
         owner->video->publish("channel left", [channel = name()](auto& d) { d.didVideoChannelLeftSuccessfully(channel); });
+}
+
+void CannedBroadcast::dropStream()
+{
+    if (stream)
+        stream->drop();
+    if (const auto owner = service.lock())
+        owner->video->publish(
+            "host offline", [channel = name(), uid = hostUid()](auto& d) { d.didHostStreamGotOffline(channel, uid); });
+}
+
+void CannedBroadcast::resumeStream()
+{
+    if (stream)
+        stream->resume();
+    tellHostVideo();
 }
 
 void CannedBroadcast::subscribeEvents() { noted("subscribeEvents"); }
@@ -197,6 +226,37 @@ void CannedBroadcast::performAddReaction(const std::string& reaction, SuccessCom
             if (const auto show = self.lock())
                 owner.tellReaction(show, reaction, owner.echoDelay("addReaction"));
         });
+}
+
+std::uint32_t CannedBroadcast::hostUid() const { return hosts && !hosts->empty() ? hosts->front()->rtcUserId.value_or(1) : 1; }
+
+void CannedBroadcast::startStream(const MVVideoStreamConfig& streamConfig)
+{
+    if (!streamFilm)
+        return tellHostVideo();
+    stream = std::make_unique<CannedStream>(
+        *streamFilm, streamConfig,
+        [self = weak(this)] {
+            if (const auto show = self.lock())
+                show->tellHostVideo();
+        },
+        [self = weak(this)](const std::string& problem) {
+            if (const auto show = self.lock())
+                show->tellStreamError(problem);
+        });
+}
+
+void CannedBroadcast::tellHostVideo()
+{
+    if (const auto owner = service.lock())
+        owner->video->publish(
+            "host video", [channel = name(), uid = hostUid()](auto& d) { d.didRecieveHostVideoStream(channel, uid); });
+}
+
+void CannedBroadcast::tellStreamError(const std::string& message)
+{
+    if (const auto owner = service.lock())
+        owner->video->publish("stream error", [told = MVError { message }](auto& d) { d.didErrorOccuredInVideoService(told); });
 }
 
 std::shared_ptr<CannedService> CannedBroadcast::noted(const std::string& call) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Service/MVBroadcast.h"
+#include "Showroom/Service/CannedStream.h"
 #include "Showroom/Service/Scenario.h"
 
 namespace showroom {
@@ -26,6 +27,8 @@ public:
     std::shared_ptr<const mv::MVMessage> deleteMessage(const std::string& messageId);
     void countReaction(const std::string& reaction);
     bool setFeatured(const std::string& productId, bool featured); // false: no such product
+    void dropStream(); // the host goes away; nothing happens when nobody watches the video
+    void resumeStream();
 
 private:
     void performStartWatching(SuccessCompletion completion) override;
@@ -41,11 +44,18 @@ private:
     void answerPlainly(const std::string& call, const std::string& operation, SuccessCompletion completion,
         std::function<void(CannedService&)> onSuccess = {});
     std::string name() const { return id.value_or(""); }
+    std::uint32_t hostUid() const;
+    void startStream(const mv::MVVideoStreamConfig& streamConfig);
+    void tellHostVideo();
+    void tellStreamError(const std::string& message);
 
     std::weak_ptr<CannedService> service;
     std::vector<std::shared_ptr<mv::MVProduct>> products;
     MessageList messages; // newest first, deleted ones stay as such
     int nextMessage = 0;
+    std::optional<platform::URL> streamFilm; // what the host's video shows; absent: the events come without a picture
+    std::unique_ptr<CannedStream> stream; // null while nobody watches
+    int streamCalls = 0; // tells an answer from one to a call that was taken back
 };
 
 } // namespace showroom

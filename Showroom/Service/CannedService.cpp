@@ -284,12 +284,10 @@ void CannedService::playCompleted(const ScenarioEvent& event, CannedBroadcast& s
 
 void CannedService::playStream(const ScenarioEvent& event, CannedBroadcast& show)
 {
-    const auto channel = show.id.value_or("");
-    const std::uint32_t uid = show.hosts && !show.hosts->empty() ? show.hosts->front()->rtcUserId.value_or(1) : 1;
     if (event.kind == "streamOffline")
-        video->publish("host offline", [=](auto& d) { d.didHostStreamGotOffline(channel, uid); });
+        show.dropStream();
     else if (event.kind == "streamOnline")
-        video->publish("host video", [=](auto& d) { d.didRecieveHostVideoStream(channel, uid); });
+        show.resumeStream();
     else
         video->publish("stream error",
             [told = MVError { event.detail["message"].text().value_or("") }](auto& d) { d.didErrorOccuredInVideoService(told); });

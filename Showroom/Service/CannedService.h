@@ -14,7 +14,7 @@ namespace showroom {
 class CannedBroadcast;
 
 // A broadcast service that plays a scenario: it answers as the scenario says, keeps what the viewer did, and tells the timeline's
-// events. It shows no video. Main thread.
+// events. A show's video is a film that begins anew at its end. Main thread.
 class CannedService final : public mv::Mivora, public std::enable_shared_from_this<CannedService> {
 public:
     explicit CannedService(Scenario scenario); // through std::make_shared

@@ -156,6 +156,7 @@ ScenarioBroadcast readBroadcast(const Reader& reader, const Scenario& scenario, 
     show.banner = address(reader, "banner", mediaBase);
     show.bannerVideo = address(reader, "bannerVideo", mediaBase);
     show.recording = address(reader, "recording", mediaBase);
+    show.stream = address(reader, "stream", mediaBase);
     show.recordingAllowed = reader.flag("recordingAllowed");
     show.watchers = reader.count("watchers");
     show.conversation = reader.text("conversation");

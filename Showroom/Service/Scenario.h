@@ -49,7 +49,7 @@ struct ScenarioBroadcast {
     std::optional<std::string> title, description;
     mv::MVBroadcastStatus status = mv::MVBroadcastStatus::upcoming;
     std::optional<double> startsIn, endsIn; // seconds from the launch, negative in the past
-    std::optional<std::string> banner, bannerVideo, recording; // addresses, or names in the media folder
+    std::optional<std::string> banner, bannerVideo, recording, stream; // addresses, or names in the media folder
     std::optional<bool> recordingAllowed;
     std::optional<int> watchers;
     std::optional<std::string> conversation;
