@@ -6,11 +6,13 @@
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIImageView.h"
 #include "Platform/UIKit/UILabel.h"
-#include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIScreen.h"
+#include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UITextView.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
 
+#include <algorithm>
 #include <cxxabi.h>
 #include <typeinfo>
 
@@ -101,6 +103,8 @@ private:
     {
         if (const auto* label = dynamic_cast<const UILabel*>(&view))
             return writeLabel(*label);
+        if (const auto* textView = dynamic_cast<const UITextView*>(&view))
+            return writeTextView(*textView);
         if (const auto* button = dynamic_cast<const UIButton*>(&view); button && !button->currentTitle().empty()) {
             node.append("text", button->currentTitle());
             node.append("font", button->titleLabel()->font().text());
@@ -112,12 +116,8 @@ private:
     {
         if (!label.text().empty())
             node.append("text", label.text());
-        if (const auto& text = label.attributedText()) {
-            JSONArray runs;
-            for (const auto& run : text->runs())
-                runs.push_back(describe(run, label));
-            node.append("runs", std::move(runs));
-        }
+        if (const auto& text = label.attributedText())
+            writeRuns(*text, label.font(), label.textColor());
         node.append("font", label.font().text());
         append("color", resolved(label.textColor()));
         if (label.numberOfLines() != 1)
@@ -126,15 +126,33 @@ private:
             node.append("textAlignment", name(label.textAlignment()));
     }
 
-    JSONObject describe(const NSAttributedString::Run& run, const UILabel& label) const
+    void writeTextView(const UITextView& textView)
     {
-        JSONObject described;
-        described.append("text", run.text);
-        described.append("font", run.attributes.font.value_or(label.font()).text());
-        described.append("color", hexText(resolved(run.attributes.foregroundColor.value_or(label.textColor()))));
-        if (run.attributes.link)
-            described.append("link", *run.attributes.link);
-        return described;
+        if (!textView.text().empty())
+            node.append("text", textView.text());
+        const auto& runs = textView.displayedText().runs();
+        const bool hasLinks = std::ranges::any_of(runs, [](const auto& run) { return bool(run.attributes.link); });
+        if (textView.attributedText() || hasLinks)
+            writeRuns(textView.displayedText(), textView.font(), textView.textColor());
+        node.append("font", textView.font().text());
+        append("color", resolved(textView.textColor()));
+        append("tint", resolved(textView.tintColor()));
+    }
+
+    // What a run leaves open is the view's.
+    void writeRuns(const NSAttributedString& text, const UIFont& font, const UIColor& color)
+    {
+        JSONArray runs;
+        for (const auto& run : text.runs()) {
+            JSONObject described;
+            described.append("text", run.text);
+            described.append("font", run.attributes.font.value_or(font).text());
+            described.append("color", hexText(resolved(run.attributes.foregroundColor.value_or(color))));
+            if (run.attributes.link)
+                described.append("link", *run.attributes.link);
+            runs.push_back(std::move(described));
+        }
+        node.append("runs", std::move(runs));
     }
 
     void writeLayer()

@@ -13,7 +13,7 @@ namespace {
 constexpr CGFloat sideOverhang = 2; // points; glyphs reach that far over their advance
 constexpr char32_t firstTallCharacter = 0x300; // from here on scripts and marks may be taller than the line's font
 constexpr double tallOverhang = 0.35; // of the line height
-constexpr CGFloat tallestPicture = 2048; // points, whole pixels at every scale
+constexpr CGFloat tallestPicture = 512; // points, whole pixels at every scale; some 7 MB on a phone
 constexpr std::size_t keptPictures = 256; // without their pixels
 
 // The characters that emoji are made of: pictures, symbols that have a coloured form, and what joins or selects them.

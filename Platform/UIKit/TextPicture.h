@@ -19,7 +19,7 @@ struct TextPicture {
 // `paragraph` is what the layout was made from; the rectangle is rounded outwards to whole pixels of that scale (pixels a point).
 TextPicture textPicture(const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale);
 
-// The same from the top in pieces of some screens' height, so that what is far away costs no pixels: one for most texts.
+// The same from the top in pieces of less than a screen, so that what is far away costs no pixels: one for most texts.
 std::vector<TextPicture> textPictures(
     const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale);
 

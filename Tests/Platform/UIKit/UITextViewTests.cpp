@@ -327,7 +327,7 @@ TEST_F(UITextViewTest, aHugeTextIsShownInPieces)
     EXPECT_GT(text->layer()->sublayers().size(), 5u);
     double covered = 0;
     for (const auto& piece : text->layer()->sublayers()) {
-        EXPECT_LE(piece->bounds().height, 2048) << "what is shown of it must fit a bitmap";
+        EXPECT_LE(piece->bounds().height, 512) << "what is shown of it must fit a bitmap";
         covered += piece->bounds().height;
     }
     EXPECT_GE(covered, text->frame().height);
