@@ -236,8 +236,10 @@ CGSize UICollectionView::measure(int index)
 void UICollectionView::place(Item& item)
 {
     const double start = layout->start(item.index), width = item.size.width;
-    const CGRect frame { mirrored ? contentWidth() - start - width : start, (bounds().height - item.size.height) / 2, width,
-        item.size.height };
+    const double pixels = std::max(1.0, double(traitCollection().displayScale));
+    const auto snapped = [pixels](double value) { return std::round(value * pixels) / pixels; }; // texts in it stay sharp
+    const CGRect frame { snapped(mirrored ? contentWidth() - start - width : start),
+        snapped((bounds().height - item.size.height) / 2), width, item.size.height };
     if (!std::exchange(item.isNew, false))
         return item.cell->place(frame);
     // One that comes in an animated change is there at once: where its cell was before says nothing.
