@@ -26,10 +26,11 @@ struct Picture::Impl {
     std::unique_ptr<cairo_t, decltype(&cairo_destroy)> context { nullptr, cairo_destroy };
 };
 
-Picture::Picture(int width, int height)
+Picture::Picture(int width, int height, Ground ground)
     : impl(std::make_unique<Impl>())
 {
-    impl->surface.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+    impl->surface.reset(
+        cairo_image_surface_create(ground == Ground::opaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32, width, height));
     impl->context.reset(cairo_create(impl->surface.get()));
 }
 
@@ -40,6 +41,14 @@ int Picture::width() const { return cairo_image_surface_get_width(impl->surface.
 int Picture::height() const { return cairo_image_surface_get_height(impl->surface.get()); }
 
 cairo_t* Picture::context() const { return impl->context.get(); }
+
+const std::uint32_t* Picture::row(int y) const
+{
+    cairo_surface_flush(impl->surface.get());
+    const unsigned char* pixels = cairo_image_surface_get_data(impl->surface.get());
+    return reinterpret_cast<const std::uint32_t*>(
+        pixels + std::ptrdiff_t(y) * cairo_image_surface_get_stride(impl->surface.get()));
+}
 
 void Picture::writeJpeg(const std::string& path) const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -17,15 +18,19 @@ struct Color {
     Color mixedWith(const Color& other, double share) const; // share of `other`, 0 to 1
 };
 
-// A canvas of opaque pixels that is painted on and then written to a file.
+// A canvas that is painted on and then written to a file, or put on others.
 class Picture {
 public:
-    Picture(int width, int height); // pixels
+    enum class Ground { opaque, clear };
+
+    Picture(int width, int height, Ground ground = Ground::opaque); // pixels
     ~Picture();
 
     int width() const;
     int height() const;
     cairo_t* context() const;
+    // Rows of 0xAARRGGBB words (0xXXRRGGBB of an opaque one), as painted so far.
+    const std::uint32_t* row(int y) const;
     // Throws std::runtime_error when the file cannot be written.
     void writeJpeg(const std::string& path) const;
 
