@@ -1,0 +1,75 @@
+#include "Benchmarks/Workloads/VideoFrames.h"
+
+#include "Benchmarks/Measure.h"
+#include "Platform/AVFoundation/AVPlayer.h"
+#include "Platform/AVFoundation/AVPlayerLayer.h"
+#include "Platform/AVFoundation/VideoPixels.h"
+#include "Platform/Foundation/Folders.h"
+#include "Platform/Host/HeadlessHost.h"
+#include "Platform/UIKit/UIWindow.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace bench {
+
+using namespace platform;
+
+namespace {
+
+constexpr double secondsAFrame = 1.0 / 30;
+
+// Plays so many frames, a screen frame each, in a layer over the whole screen or in none.
+double costOfPlaying(int frames, bool isShown)
+{
+    HeadlessHost host;
+    auto window = make<UIWindow>();
+    window->makeKeyAndVisible();
+    const auto player
+        = make<AVPlayer>(make<AVPlayerItem>(URL::fileURL(Folders::executable() + "/Showroom.bundle/Videos/host.mp4")));
+    auto layer = make<AVPlayerLayer>();
+    if (isShown) {
+        const CGSize size = host.device().size();
+        layer->setVideoGravity(AVLayerVideoGravity::resizeAspectFill);
+        layer->setFrame({ 0, 0, size.width, size.height });
+        window->layer()->addSublayer(layer);
+        layer->setPlayer(player);
+    }
+    player->play();
+    host.advance(10 * secondsAFrame);
+    const double before = cpuMilliseconds();
+    for (int frame = 0; frame < frames; ++frame)
+        host.advance(secondsAFrame);
+    const double each = (cpuMilliseconds() - before) / frames;
+    layer->setPlayer(nullptr);
+    layer->removeFromSuperlayer();
+    return each;
+}
+
+double costOfConverting(int frames)
+{
+    constexpr int width = 720, height = 1280, screenWidth = 1179, screenHeight = 2556;
+    std::vector<std::uint8_t> y(width * height), u(width * height / 4), v(width * height / 4);
+    for (std::size_t i = 0; i < y.size(); ++i)
+        y[i] = std::uint8_t(i * 31 >> 3);
+    for (std::size_t i = 0; i < u.size(); ++i)
+        u[i] = std::uint8_t(i * 7), v[i] = std::uint8_t(i * 13);
+    const VideoPlanes planes { y.data(), u.data(), v.data(), width, width / 2, width / 2, width, height, true, false };
+    const double shown = double(screenWidth) * height / screenHeight;
+    const VideoPart part { (width - shown) / 2, 0, shown, height };
+    for (int warmUp = 0; warmUp < 5; ++warmUp)
+        drawVideo(planes, part, screenWidth, screenHeight);
+    const double before = cpuMilliseconds();
+    for (int frame = 0; frame < frames; ++frame)
+        drawVideo(planes, part, screenWidth, screenHeight);
+    return (cpuMilliseconds() - before) / frames;
+}
+
+} // namespace
+
+VideoFigures measureVideoFrames(int frames)
+{
+    return { frames, costOfPlaying(frames, false), costOfConverting(frames), costOfPlaying(frames, true) };
+}
+
+} // namespace bench
