@@ -2,6 +2,7 @@
 #include "Benchmarks/Layout/LayoutBenchmark.h"
 #include "Benchmarks/Measure.h"
 #include "Benchmarks/Workloads/Chat.h"
+#include "Benchmarks/Workloads/ChatPanel.h"
 #include "Benchmarks/Workloads/FirstFrame.h"
 #include "Benchmarks/Workloads/ListScroll.h"
 #include "Benchmarks/Workloads/Reactions.h"
@@ -116,16 +117,38 @@ void runLayout(const Options& options)
     }
 }
 
+void runChatPanel(const Options& options)
+{
+    const double copy = bench::frameCopyMilliseconds();
+    const int frames = options.frames > 0 ? options.frames : 300;
+    std::vector<double> handOvers[2], wholes[2]; // turn and turn about, so that a busy machine weighs on both
+    for (int run = 0; run < 5; ++run) {
+        for (const bool isLong : { false, true }) {
+            const auto figures = bench::measureChatPanel(isLong ? 10'000 : 50, frames, options.picture);
+            handOvers[isLong].push_back(figures.handOver);
+            wholes[isLong].push_back(figures.frame);
+        }
+    }
+    for (const bool isLong : { false, true }) {
+        const double handOver = bench::median(handOvers[isLong]), whole = bench::median(wholes[isLong]);
+        std::printf(options.json
+                ? "{\"workload\":\"K5\",\"held\":%d,\"hand_over_ms\":%.4f,\"frame_ms\":%.4f,\"frame_copies\":%.2f}\n"
+                : "K5 panel with %5d messages held: %.4f ms to hand them over, %.3f ms with the frame, %.2f frame copies\n",
+            isLong ? 10'000 : 50, handOver, whole, whole / copy);
+    }
+}
+
 constexpr struct {
     const char* name;
     void (*run)(const Options&);
 } workloads[] = { { "W1", runListScroll }, { "W2", runChatFlood }, { "W3", runReactions }, { "W4", runListStarts },
-    { "W6", runIdle }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout } };
+    { "W6", runIdle }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout }, { "K5", runChatPanel } };
 
 int usage(const std::string& problem)
 {
     std::fprintf(stderr,
-        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W6|K1|K2|K3] [--assets DIR] [--frames N] [--png FILE] [--json]\n",
+        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W6|K1|K2|K3|K5] [--assets DIR] [--frames N] [--png FILE] "
+        "[--json]\n",
         problem.c_str());
     return 2;
 }
