@@ -1,11 +1,13 @@
 #include "Platform/Foundation/LinkDetector.h"
 
+#include "Platform/Foundation/Text.h"
 #include "Platform/Foundation/URL.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <ostream>
+#include <random>
 
 namespace platform {
 
@@ -185,6 +187,36 @@ TEST(LinkDetector, invalidBytesEndAnAddress)
     EXPECT_EQ(detectLinks("https://example.com/a\xff\xff"), (std::vector<DetectedLink> { { 0, 21, "https://example.com/a" } }));
     EXPECT_EQ(detectLinks("\xc3https://example.com\xc3"), (std::vector<DetectedLink> { { 1, 19, "https://example.com" } }));
     EXPECT_EQ(detectLinks(std::string("example.com\0x", 13)), (std::vector<DetectedLink> { { 0, 11, "http://example.com" } }));
+}
+
+// Whatever is said: links come in order, begin and end between characters, and lead to the web.
+TEST(LinkDetector, whatItFindsIsAlwaysAnAddress)
+{
+    const std::string parts[] = { "http://", "https://", "www.", "a", "example", ".com", ".", "..", ":", "80", "/", "?", "#", "@",
+        "[", "]", "::1", "(", ")", "-", "_", "%", "%41", " ", "\n", ",", "!", "\"", "\u00fc", "\u770b", "\u05d0", "\u0301",
+        "\U0001f525", "\u200d", "\u202e", "\u3002", "\xff", "\xc3", "1.2.3.4", "is", "xn--", std::string(1, '\0') };
+    std::mt19937 random(7);
+    std::size_t found = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        std::string text;
+        for (auto count = random() % 14; count > 0; --count)
+            text += parts[random() % std::size(parts)];
+        std::size_t done = 0;
+        for (const DetectedLink& link : detectLinks(text)) {
+            SCOPED_TRACE(testing::PrintToString(text));
+            ASSERT_GE(link.location, done);
+            ASSERT_GT(link.length, 0u);
+            done = link.location + link.length;
+            ASSERT_LE(done, text.size());
+            ASSERT_TRUE(isValidUTF8(text.substr(link.location, link.length)));
+            const auto url = URL::parse(link.address);
+            ASSERT_TRUE(url);
+            ASSERT_TRUE(url->scheme() == "http" || url->scheme() == "https");
+            ASSERT_GE(link.address.find('@'), link.address.find_first_of("/?#", 8)) << "no user before the host";
+            ++found;
+        }
+    }
+    EXPECT_GT(found, 1000u);
 }
 
 // Texts that would take minutes if any part of the work grew faster than they do.
