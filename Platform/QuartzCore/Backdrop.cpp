@@ -51,7 +51,7 @@ void transpose(Bitmap& from, Bitmap& to, int width, int height)
     }
 }
 
-// The last cell of a row, whose columns the screen's edge cuts off.
+// The last cell of a row, which the edge cuts off.
 void reducePart(const std::uint16_t* columns, std::uint16_t* cell, int wide, int high)
 {
     for (int c = 0; c < channels; ++c) {
@@ -61,8 +61,6 @@ void reducePart(const std::uint16_t* columns, std::uint16_t* cell, int wide, int
         cell[c] = std::uint16_t(sum * 256 / unsigned(wide * high));
     }
 }
-
-PixelRect grownBy(const PixelRect& r, int by) { return { r.x - by, r.y - by, r.width + 2 * by, r.height + 2 * by }; }
 
 } // namespace
 
@@ -86,34 +84,25 @@ BackdropBlur::BackdropBlur(const RenderItem& item, const RenderBackdrop& backdro
         for (int i = 0; i < 3; ++i)
             boxes[i] = i < longOnes ? shorter + 1 : shorter;
     }
-    const PixelRect needed = grownBy(item.bounds, reach()).intersection(screen);
-    const auto down = [this](int v) { return v >= 0 ? v / factor : -((-v + factor - 1) / factor); };
-    cells.x = down(needed.x);
-    cells.y = down(needed.y);
-    cells.width = down(needed.maxX() + factor - 1) - cells.x;
-    cells.height = down(needed.maxY() + factor - 1) - cells.y;
-    source = PixelRect { cells.x * factor, cells.y * factor, cells.width * factor, cells.height * factor }.intersection(screen);
-}
-
-int BackdropBlur::reach() const
-{
-    return (boxes[0] + boxes[1] + boxes[2] + 2) * factor; // two more cells: the grid, and the way up
+    source = item.bounds.intersection(screen);
+    width = (std::max(source.width, 0) + factor - 1) / factor;
+    height = (std::max(source.height, 0) + factor - 1) / factor;
 }
 
 CGRect BackdropBlur::device() const
 {
-    return { double(cells.x * factor), double(cells.y * factor), double(cells.width * factor), double(cells.height * factor) };
+    return { double(source.x), double(source.y), double(width * factor), double(height * factor) };
 }
 
 void BackdropBlur::reduce(const PaintBelow& paintBelow, Bitmap& sums) const
 {
     // Strips stay in the processor's cache between being painted and being read.
     const int stripCells = std::max(1, 48 * 1024 / std::max(source.width, 1) / factor);
-    std::vector<std::uint16_t> columns(std::size_t(cells.width) * std::size_t(factor) * channels);
+    std::vector<std::uint16_t> columns(std::size_t(width) * std::size_t(factor) * channels);
     std::shared_ptr<Bitmap> strip;
-    for (int top = 0; top < cells.height; top += stripCells) {
+    for (int top = 0; top < height; top += stripCells) {
         const PixelRect area
-            = PixelRect { source.x, (cells.y + top) * factor, source.width, std::min(stripCells, cells.height - top) * factor }
+            = PixelRect { source.x, source.y + top * factor, source.width, std::min(stripCells, height - top) * factor }
                   .intersection(source);
         if (!strip || strip->height() != area.height)
             strip = Bitmap::make(area.width, area.height, PixelFormat::xrgb);
@@ -128,7 +117,7 @@ void BackdropBlur::reduce(const PaintBelow& paintBelow, Bitmap& sums) const
             std::uint16_t* out = cellRow(sums, top + y / factor);
             const int whole = area.width / factor;
             rows::reduceColumns(out, columns.data(), whole, factor, 65536u / unsigned(factor * high));
-            if (whole < cells.width)
+            if (whole < width)
                 reducePart(columns.data() + whole * factor * channels, out + whole * channels, area.width - whole * factor, high);
         }
     }
@@ -136,7 +125,6 @@ void BackdropBlur::reduce(const PaintBelow& paintBelow, Bitmap& sums) const
 
 std::shared_ptr<const Bitmap> BackdropBlur::make(const PaintBelow& paintBelow) const
 {
-    const int width = cells.width, height = cells.height;
     const auto a = makeCells(width, height), b = makeCells(width, height);
     const auto turnedA = makeCells(height, width), turnedB = makeCells(height, width);
     auto result = Bitmap::make(width, height, PixelFormat::xrgb);

@@ -8,12 +8,12 @@
 namespace platform {
 
 // The blur of what lies behind an item: reduced to a quarter of the size (less for a small radius), blurred there by three boxes
-// in each direction, which is close to a gaussian, and scaled up again while it is drawn.
+// in each direction, which is close to a gaussian, and scaled up again while it is drawn. It looks at no pixel outside the item's
+// bounds: what lies beside it does not bleed in, and the outermost pixels count for those beyond them.
 class BackdropBlur {
 public:
     BackdropBlur(const RenderItem& item, const RenderBackdrop& backdrop, const PixelRect& screen);
 
-    int reach() const; // pixels around the item's bounds that the blur looks at
     // `paintBelow` fills a bitmap with what lies behind that rectangle. Null without memory.
     using PaintBelow = std::function<void(Bitmap& target, const PixelRect& area)>;
     std::shared_ptr<const Bitmap> make(const PaintBelow& paintBelow) const;
@@ -25,8 +25,8 @@ private:
     double saturation;
     int factor = 1; // pixels a cell
     int boxes[3] = { 0, 0, 0 }; // radii, cells
-    PixelRect cells; // of the screen's grid
-    PixelRect source; // the pixels under them
+    PixelRect source; // the pixels that it is made of
+    int width = 0, height = 0; // cells
 };
 
 } // namespace platform

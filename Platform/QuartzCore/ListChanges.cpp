@@ -13,8 +13,6 @@ namespace platform {
 
 namespace {
 
-PixelRect grownBy(const PixelRect& r, int by) { return { r.x - by, r.y - by, r.width + 2 * by, r.height + 2 * by }; }
-
 // The index in the list before of each item of the list now, -1 for a new one. Most frames keep most of the order.
 std::vector<int> placesBefore(const RenderList& before, const RenderList& now)
 {
@@ -102,7 +100,7 @@ void ListChanges::compareLists(const RenderList* before, const RenderList& now, 
 void ListChanges::addReordered(const RenderList& before, const RenderList& now, const std::vector<int>& places)
 {
     int highest = -1;
-    std::optional<bool> reachesFar; // a backdrop looks further than its bounds
+    std::optional<bool> reachesFar; // a blur spreads what two have in common over all its bounds
     for (std::size_t i = 0; i < places.size(); ++i) {
         if (places[i] < 0)
             continue;
@@ -132,7 +130,7 @@ void ListChanges::compareItem(
     bool isNew = !old || !looksAlike(*before, *old, now, item);
     if (std::holds_alternative<RenderBackdrop>(item.content)) {
         // Its blur is of everything changed so far, which is what lies behind it.
-        const bool sees = touches(grownBy(item.bounds, backdropReach(item, screen)));
+        const bool sees = touches(item.bounds);
         if (isNew || sees) {
             PixelKey key(PixelKey::backdrop);
             cache.erase(key.add(pathBelow(path, item.key)));

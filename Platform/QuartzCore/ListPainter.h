@@ -32,8 +32,6 @@ struct Surface {
 constexpr std::uint64_t rootPath = 0;
 constexpr std::uint64_t maskPathKey = ~std::uint64_t(0); // names a group's mask list on a path
 std::uint64_t pathBelow(std::uint64_t path, std::uint64_t key);
-// Pixels around an item's bounds that its look depends on, beyond those it touches; 0 but for a backdrop.
-int backdropReach(const RenderItem& item, const PixelRect& screen);
 
 // Paints one frame's lists, back to front, leaving out what something opaque covers. What a pixel becomes depends on the lists
 // alone, not on the rectangle that was asked for, so that any patchwork gives the picture of the whole.

@@ -46,12 +46,6 @@ double sigmaOf(double radius, double scale) { return std::clamp(radius * scale, 
 
 } // namespace
 
-int backdropReach(const RenderItem& item, const PixelRect& screen)
-{
-    const auto* backdrop = std::get_if<RenderBackdrop>(&item.content);
-    return backdrop ? BackdropBlur(item, *backdrop, screen).reach() : 0;
-}
-
 ListPainter::Prepared& ListPainter::preparedFor(const RenderList& list, std::size_t index)
 {
     auto& prepared = preparedLists[&list];

@@ -129,7 +129,7 @@ TEST(CompositorDamage, aMovedClipDamagesWhatItCuts)
     EXPECT_EQ(compositor.composite(listOf(screen.items, { clip })).damage, (std::vector<PixelRect> { { 20, 20, 200, 100 } }));
 }
 
-TEST(CompositorDamage, aBlurIsRepaintedWholeWhenSomethingNearChangesBelowIt)
+TEST(CompositorDamage, aBlurIsRepaintedWholeWhenSomethingChangesBelowIt)
 {
     Screen screen;
     const PixelRect bar { 0, 120, width, 80 };
@@ -137,9 +137,14 @@ TEST(CompositorDamage, aBlurIsRepaintedWholeWhenSomethingNearChangesBelowIt)
     screen.items.push_back(boxItem(21, { 10, 150, 40, 20 }, red));
     const auto before = screen.items;
 
-    auto near = before; // its edge is 8 pixels away, twice the sigma
-    near[1] = boxItem(2, { 20, 20, 200, 92 }, green);
-    EXPECT_TRUE(covers(damageOf(before, near), bar));
+    auto below = before; // its last row of pixels
+    below[1] = boxItem(2, { 20, 20, 200, 101 }, green);
+    EXPECT_TRUE(covers(damageOf(before, below), bar));
+
+    auto beside = before; // it looks no further than its own edge
+    beside[1] = boxItem(2, { 20, 20, 200, 100 }, green);
+    for (const PixelRect& damage : damageOf(before, beside))
+        EXPECT_FALSE(damage.intersects(bar));
 
     auto far = before; // a label 70 pixels away
     far[2].opacity = 0.5;

@@ -253,6 +253,20 @@ TEST(CompositorBackdrop, touchesNothingOutsideItsShape)
     EXPECT_NEAR(with.green(52, 60), 128, 40); // noise evened out; the box above is not part of it
 }
 
+TEST(CompositorBackdrop, letsNothingBesideItBleedIn)
+{
+    for (const double place : { 40.0, 41.0, 43.0 }) {
+        const CGRect pill { place, place, 61, 35 };
+        const Composed frame(160, 120,
+            listOf(
+                { boxItem(1, { 0, 0, 160, 120 }, white), boxItem(2, pill, green), itemOf(3, pill, RenderBackdrop { 12, 1 }) }));
+        for (int y = int(place); y < int(place) + 35; ++y)
+            for (int x = int(place); x < int(place) + 61; ++x)
+                ASSERT_LE(difference(frame.at(x, y), 0x00ff00), 1) << x << " " << y;
+        EXPECT_EQ(frame.at(int(place) - 1, int(place) - 1), 0xffffffu);
+    }
+}
+
 TEST(CompositorBackdrop, saturationSpreadsOrDrainsColour)
 {
     const auto frameOf = [](double saturation) {
