@@ -64,6 +64,7 @@ private:
     };
 
     bool makeElements();
+    void noteEnds(GstElement* sink);
     void watchBus();
     void take(GstMessage* message);
     void didSettle();
@@ -77,8 +78,6 @@ private:
     void setState(GstState state) { gst_element_set_state(playbin, state); }
     void setRunning();
     void tellStart();
-
-    void noteEnds(GstElement* sink);
 
     static GstPadProbeReturn didArrive(GstPad* pad, GstPadProbeInfo* info, gpointer self);
     static gboolean didPost(GstBus*, GstMessage* message, gpointer self);
