@@ -40,6 +40,7 @@ public:
     explicit UICollectionView(
         const CGRect& frame = {}, std::shared_ptr<UICollectionViewFlowLayout> layout = make<UICollectionViewFlowLayout>());
 
+    const std::shared_ptr<UICollectionViewFlowLayout>& collectionViewLayout() const { return layout; }
     void setDataSource(std::weak_ptr<UICollectionViewDataSource> source);
     void setDelegate(const std::weak_ptr<UICollectionViewDelegateFlowLayout>& delegate);
 

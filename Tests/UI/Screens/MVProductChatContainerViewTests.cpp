@@ -301,7 +301,12 @@ TEST_F(ChatPanelTest, theStripHasItsRoomWhileItIsShown)
     EXPECT_FALSE(strip()->isHidden());
     EXPECT_EQ(onScreen(*chat()).height, 300);
     EXPECT_EQ(onScreen(*strip()), (CGRect { 0, whole.maxY() - 100, 393, 100 }));
-    EXPECT_EQ(strip()->cellForItem(0)->frame().width, 393 * 0.8);
+    const auto card = [&](int item) { return onScreen(*find(strip()->cellForItem(item), "containerView")); };
+    EXPECT_EQ(card(0).x, 10);
+    EXPECT_EQ(card(0).y, whole.maxY() - 90);
+    EXPECT_EQ(card(0).height, 80);
+    EXPECT_NEAR(card(0).width, 393 * 0.8 - 10, 0.34);
+    EXPECT_NEAR(card(1).x, card(0).maxX() + 10, 0.34);
     EXPECT_NEAR(place(40)->maxY(), whole.maxY() - 100, 1e-6) << "the newest line right above it";
 
     panel->showHideProducts(false);

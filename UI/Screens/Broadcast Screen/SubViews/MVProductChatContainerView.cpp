@@ -212,6 +212,7 @@ void MVProductChatContainerView::configureSubViewsProperties()
     chatTableView->setTransform(upsideDown); // so that row 0 is at the bottom
     chatTableView->setEstimatedRowHeight(lineHeight);
     chatTableView->registerCell<MVBroadcastLayout2ChatCell>(MVBroadcastLayout2ChatCell::identifier);
+    productCollectionView->collectionViewLayout()->setMinimumLineSpacing(0);
     productCollectionView->setContentInset({ 0, 5, 0, 5 });
     productCollectionView->registerCell<MVProductListCollectionCell>(MVProductListCollectionCell::identifier);
     productCollectionView->setHidden(true);
