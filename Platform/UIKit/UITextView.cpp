@@ -187,7 +187,7 @@ void UITextView::setDataDetectorTypes(UIDataDetectorTypes types)
     looksChanged();
 }
 
-void UITextView::setDelegate(std::weak_ptr<UITextViewDelegate> delegate)
+void UITextView::setDelegate(const std::weak_ptr<UITextViewDelegate>& delegate)
 {
     textDelegate = delegate;
     UIScrollView::setDelegate(delegate);

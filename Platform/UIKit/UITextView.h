@@ -67,7 +67,7 @@ public:
     void setDataDetectorTypes(UIDataDetectorTypes types);
     bool isSelectable() const { return selectable; } // links lead somewhere only while it is; text itself cannot be selected
     void setSelectable(bool newSelectable) { selectable = newSelectable; }
-    void setDelegate(std::weak_ptr<UITextViewDelegate> delegate);
+    void setDelegate(const std::weak_ptr<UITextViewDelegate>& delegate);
 
     // What the stretch at a point of the content leads to; nothing beside all links.
     std::optional<std::string> linkAt(CGPoint point) const;
