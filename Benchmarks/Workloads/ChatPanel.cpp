@@ -35,7 +35,7 @@ std::shared_ptr<UIImageView> makeStill(const CGRect& frame)
     for (int y = 0; y < bitmap->height(); ++y)
         for (int x = 0; x < bitmap->width(); ++x)
             bitmap->row(y)[x] = unsigned(128 + 100 * std::sin(x * 0.01)) << 16 | unsigned(128 + 100 * std::sin(y * 0.013)) << 8;
-    const auto still = make<UIImageView>(frame);
+    auto still = make<UIImageView>(frame);
     still->setImage(std::make_shared<const UIImage>(CGImage::fromBitmap(bitmap), 3));
     return still;
 }

@@ -16,7 +16,7 @@ std::shared_ptr<ReusableCell> CellPool::dequeue(const std::string& identifier)
         return std::exchange(preferred, nullptr);
     auto& cells = waiting[identifier];
     if (!cells.empty()) {
-        const auto cell = cells.back();
+        auto cell = cells.back();
         cells.pop_back();
         cell->prepareForReuse();
         return cell;

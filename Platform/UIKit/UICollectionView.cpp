@@ -67,7 +67,8 @@ std::vector<int> UICollectionView::indicesForVisibleItems() const
 void UICollectionView::layoutSubviews()
 {
     const auto keep = weak(this).lock();
-    UIView::layoutSubviews(); // constraints inside do not give the content's size here, the items do
+    // Not the scroll view's: constraints inside do not give the content's size here, the items do.
+    UIView::layoutSubviews(); // NOLINT(bugprone-parent-virtual-call)
     if (!bounds().isEmpty() && (reloadPending || !isLaidOut()))
         relayout();
     fill();

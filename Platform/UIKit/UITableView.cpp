@@ -82,7 +82,8 @@ void UITableView::scrollToRow(int row, bool animated)
 void UITableView::layoutSubviews()
 {
     const auto keep = weak(this).lock();
-    UIView::layoutSubviews(); // constraints inside do not give the content's size here, the rows do
+    // Not the scroll view's: constraints inside do not give the content's size here, the rows do.
+    UIView::layoutSubviews(); // NOLINT(bugprone-parent-virtual-call)
     if (std::exchange(reloadPending, false)) {
         reloadNow();
     } else {

@@ -71,7 +71,7 @@ void MVProductChatContainerView::assignProductsList(std::vector<std::shared_ptr<
 {
     products = std::move(newProducts);
     std::erase(products, nullptr);
-    std::ranges::stable_partition(products, &BroadcastProduct::isFeatured);
+    std::stable_partition(products.begin(), products.end(), [](const auto& product) { return product->isFeatured; });
     productCollectionView->reloadData();
     if (showsBoth)
         makeRoomForProducts(true);
