@@ -249,9 +249,8 @@ void UITableView::fill(int first)
 
 void UITableView::tellOfDisplayedRows()
 {
-    const auto delegate = tableDelegate.lock();
     for (const int row : std::exchange(displayed, {}))
-        if (delegate)
+        if (const auto delegate = tableDelegate.lock()) // which each call may end
             delegate->willDisplayRow(*this, row);
 }
 

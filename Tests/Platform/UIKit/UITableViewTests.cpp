@@ -280,6 +280,11 @@ TEST_F(UITableViewTest, saysWhichRowsTheNextFrameShows)
     };
     show(10);
     EXPECT_EQ(table->numberOfRows(), 3) << "what is told may reload";
+    taken();
+    displays->then = [&] { table->setDelegate(std::weak_ptr<UITableViewDelegate>()); };
+    show(5);
+    EXPECT_EQ(taken(), (std::vector { 0 })) << "who leaves hears no more";
+    table->setDelegate(displays);
     displays->then = [&] {
         table->removeFromSuperview();
         displays->then = [] {};
@@ -547,13 +552,29 @@ TEST(RowHeightsTest, addUpToTheirOffsets)
     RowHeights heights;
     heights.setCount(1000);
     heights.setEstimate(40);
+    std::vector<double> plain(1000, 40.0);
     srand48(7);
-    for (int i = 0; i < 300; ++i)
-        heights.set(int(drand48() * 1000), 10 + drand48() * 100);
-    heights.shift(3);
+    const auto measure = [&] {
+        for (int i = 0; i < 100; ++i) {
+            const int row = int(drand48() * double(plain.size()));
+            heights.set(row, plain[std::size_t(row)] = 10 + drand48() * 100);
+        }
+    };
+    measure();
+    for (const int by : { 3, -8, 1, 20, -40 }) {
+        heights.shift(by);
+        if (by > 0)
+            plain.insert(plain.begin(), std::size_t(by), 40.0);
+        else
+            plain.erase(plain.begin(), plain.begin() - by);
+        heights.setCount(int(plain.size()));
+        measure();
+    }
+    plain.resize(900);
     heights.setCount(900);
     double sum = 0;
     for (int row = 0; row < 900; ++row) {
+        ASSERT_EQ(heights.height(row), plain[std::size_t(row)]);
         ASSERT_NEAR(heights.offset(row), sum, 1e-6);
         ASSERT_EQ(heights.rowAt(sum + heights.height(row) / 2), row);
         sum += heights.height(row);

@@ -334,6 +334,8 @@ TEST_F(ChatPanelTest, theLastWordOnTheStripCounts)
     panel->showHideProducts(false);
     host.advance(0.1);
     panel->showHideProducts(true);
+    host.advance(0.1);
+    EXPECT_FALSE(strip()->isHidden()) << "fading in again";
     advanceTo(1);
     panel->showHideProducts(false);
     panel->showHideProducts(true);

@@ -160,8 +160,7 @@ void MVProductChatContainerView::willDisplayRow(UITableView& /*tableView*/, int 
         || !isLoadingMoreMessageAllowed)
         return;
     isLoadingMoreMessages = true;
-    const auto self = weak(this).lock();
-    const auto request = onRequestToLoadMoreMessage;
+    const auto request = onRequestToLoadMoreMessage; // which may replace it, or drop the panel
     if (request)
         request();
     NSLog("Load More messages");
