@@ -1,15 +1,18 @@
 #include "Platform/AVFoundation/AVPlayer.h"
 #include "Platform/AVFoundation/AVPlayerLayer.h"
 #include "Platform/Foundation/Folders.h"
+#include "Platform/Foundation/MainQueue.h"
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Showroom/Media/FrameCode.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <string>
+#include <unistd.h>
 
 namespace showroom {
 namespace {
@@ -100,6 +103,30 @@ TEST_P(HostVideoTest, tellsItsFramesOnEveryScreen)
     EXPECT_EQ(numberIn(host.pixels()), 1799);
     layer->setPlayer(nullptr);
     layer->removeFromSuperlayer();
+}
+
+TEST(HostVideo, isHeard)
+{
+    const auto player
+        = make<AVPlayer>(make<AVPlayerItem>(URL::fileURL(Folders::executable() + "/Showroom.bundle/Videos/host.mp4")));
+    player->play();
+    const RealClock clock;
+    const double end = clock.now() + 10;
+    double loudest = 0, softest = 1;
+    for (int looks = 0; looks < 12 && clock.now() < end;) {
+        MainQueue::shared().run(clock.now());
+        usleep(100'000);
+        if (player->timeControlStatus() != AVPlayerTimeControlStatus::playing)
+            continue;
+        const double peak = player->takeAudioPeak();
+        if (looks++ < 2)
+            continue; // not from its beginning
+        loudest = std::max(loudest, peak);
+        softest = std::min(softest, peak);
+    }
+    EXPECT_GT(loudest, 0.15);
+    EXPECT_LT(loudest, 0.99);
+    EXPECT_LT(softest, 0.7 * loudest) << "a mere tone";
 }
 
 INSTANTIATE_TEST_SUITE_P(Screens, HostVideoTest,

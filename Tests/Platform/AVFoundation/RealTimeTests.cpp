@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
 #include "Tests/Platform/AVFoundation/MediaTest.h"
+#include "Tests/Support/RawServer.h"
 
 #include <poll.h>
 
@@ -176,6 +177,46 @@ TEST_F(RealTimeMediaTest, convertsNothingForALayerThatNobodySees)
     layer->setHidden(false);
     run(0.1);
     EXPECT_NEAR(shownFrame().value_or(-1), player->currentTime() * 30, 4) << "seen again it shows the present";
+}
+
+TEST_F(RealTimeMediaTest, waitsForASlowServer)
+{
+    const std::string answer = RawServer::response(films.bytes(films.plain()), "video/mp4");
+    RawServer server;
+    server.on("/film.mp4", [&](const RawServer::Exchange& exchange) {
+        exchange.write(answer.substr(0, answer.size() / 2));
+        exchange.sleep(0.5);
+        exchange.write(answer.substr(answer.size() / 2));
+    });
+    int ends = 0;
+    const auto token = NotificationCenter::defaultCenter().addObserver(
+        AVPlayerItem::didPlayToEndTimeNotification, [&](const Notification&) { ++ends; });
+    open(*URL::parse(server.address("/film.mp4")));
+    player->play();
+    EXPECT_EQ(player->timeControlStatus(), Status::waitingToPlay);
+    EXPECT_TRUE(runUntil([&] { return ends > 0; }));
+    EXPECT_EQ(shownFrame(), 59);
+}
+
+// A server that says nothing any more holds nobody up.
+TEST_F(RealTimeMediaTest, closesWhileAServerIsSilent)
+{
+    const std::string answer = RawServer::response(films.bytes(films.plain()), "video/mp4");
+    RawServer server;
+    for (const std::size_t said : { std::size_t(0), answer.size() / 2 }) {
+        server.on("/film.mp4", [&answer, said](const RawServer::Exchange& exchange) {
+            exchange.write(answer.substr(0, said));
+            exchange.waitUntilGone();
+        });
+        open(*URL::parse(server.address("/film.mp4")));
+        player->play();
+        run(0.3);
+        player = nullptr;
+        layer->setPlayer(nullptr);
+        const double start = clock.now();
+        EXPECT_TRUE(MainQueue::shared().waitUntilQuiescent());
+        EXPECT_LT(clock.now() - start, 2);
+    }
 }
 
 TEST_F(RealTimeMediaTest, closesInEveryState)
