@@ -111,7 +111,9 @@ void UICollectionView::relayout()
     double distance = 0;
     for (const Item& item : items) {
         distance = layout->start(item.index) - offset;
-        anchor = distance + item.size.width > 0 ? findItem(*source, item.identity, item.index, count) : -1;
+        if (!source || distance + item.size.width <= 0)
+            continue;
+        anchor = findItem(*source, item.identity, item.index, count);
         if (anchor < 0)
             continue;
         layout->shift(anchor - item.index);
