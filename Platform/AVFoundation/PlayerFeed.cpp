@@ -4,7 +4,7 @@
 
 namespace platform {
 
-void PlayerFeed::addOutput(std::shared_ptr<VideoOutput> output)
+void PlayerFeed::addOutput(const std::shared_ptr<VideoOutput>& output)
 {
     std::shared_ptr<const VideoFrame> known;
     {

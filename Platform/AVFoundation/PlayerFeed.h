@@ -32,7 +32,7 @@ public:
     }
 
     // Main thread.
-    void addOutput(std::shared_ptr<VideoOutput> output);
+    void addOutput(const std::shared_ptr<VideoOutput>& output);
     void removeOutput(const std::shared_ptr<VideoOutput>& output);
     // Nothing is heard from then on. Counts as work under way until the pipeline has let go too.
     void close();

@@ -40,7 +40,7 @@ struct Matrix {
     int y, redV, greenU, greenV, blueU;
 };
 
-constexpr int factor(double value) { return int(value * 65536 * 16 / one + 0.5); }
+int factor(double value) { return int(std::lround(value * 65536 * 16 / one)); }
 
 Matrix matrixFor(const VideoPlanes& planes)
 {
@@ -52,8 +52,6 @@ Matrix matrixFor(const VideoPlanes& planes)
         ? Matrix { 16 * one, factor(y), factor(1.7927), factor(0.2132), factor(0.5329), factor(2.1124) }
         : Matrix { 16 * one, factor(y), factor(1.5960), factor(0.3918), factor(0.8130), factor(2.0172) };
 }
-
-inline int share16(int value, int share) { return (value * share) >> 16; }
 
 } // namespace
 

@@ -23,7 +23,7 @@ constexpr double hostX = 452, hostSize = 560;
 constexpr double headSize = hostSize * 0.72;
 
 // Poses of the head, from leaning left to leaning right.
-constexpr int poseCount = 9;
+constexpr int poseCount = 9, middlePose = poseCount / 2;
 constexpr double degreesAPose = 1.2;
 
 struct Product {
@@ -114,7 +114,7 @@ struct HostScene::Impl {
         drawBackdrop(room, "window", palette, tableTop + 40);
         drawTable(room);
         for (int pose = 0; pose < poseCount; ++pose)
-            heads[std::size_t(pose)] = sprite("woman-curly-hair-dark", headSize, (pose - poseCount / 2) * degreesAPose, 0, true);
+            heads[std::size_t(pose)] = sprite("woman-curly-hair-dark", headSize, (pose - middlePose) * degreesAPose, 0, true);
         shoulders
             = { std::make_unique<Picture>(int(hostSize) + 2, int(hostSize), Picture::Ground::clear), hostSize / 2 + 1, hostSize };
         drawShoulders(*shoulders.picture, { shoulders.footX, shoulders.footY, hostSize, 0, 0, true }, Color::fromHex("#3f2c2e"),
@@ -132,7 +132,7 @@ struct HostScene::Impl {
         const double sway = std::sin(2 * pi * 9 * time / length) + 0.5 * std::sin(2 * pi * 23 * time / length);
         const double breath = 3 * std::sin(2 * pi * 15 * time / length);
         const double x = hostX + 9 * sway;
-        const int pose = std::clamp(int(std::lround(poseCount / 2 + 2.4 * sway + 0.8 * talk)), 0, poseCount - 1);
+        const int pose = std::clamp(int(std::lround(middlePose + 2.4 * sway + 0.8 * talk)), 0, poseCount - 1);
         shoulders.put(context, x, tableTop + 8 + breath);
         heads[std::size_t(pose)].put(context, x + 4 * sway, tableTop - hostSize * 0.30 + breath - 9 * talk);
     }
