@@ -87,6 +87,7 @@ void AVPlayer::pause()
 {
     if (!std::exchange(wantsToPlay, false))
         return;
+    const auto self = weak(this).lock(); // whoever is told may drop the player
     if (pipeline)
         pipeline->pause();
     const bool wasRolling = isRolling;
@@ -153,7 +154,7 @@ void AVPlayer::removeOutput(const std::shared_ptr<VideoOutput>& output)
 
 void AVPlayer::didBecomeReady(const MediaFacts& facts)
 {
-    const auto self = weak(this).lock(); // whoever is told may drop the player
+    const auto self = weak(this).lock();
     opening.reset();
     const auto ready = item;
     if (isStepped)

@@ -280,6 +280,44 @@ TEST_F(MediaTest, exchangesItsItem)
     EXPECT_EQ(shownFrame(), 15);
 }
 
+TEST_F(MediaTest, mayBeDroppedByWhomeverItTells)
+{
+    const auto drop = [this] {
+        layer->setPlayer(nullptr);
+        player = nullptr;
+    };
+    open(films.plain());
+    player->currentItem()->onStatusChange = [&](AVPlayerItemStatus) { drop(); };
+    player->play();
+    host.advance(1);
+    EXPECT_EQ(player, nullptr);
+
+    for (const Status dropAt : { Status::playing, Status::paused }) {
+        open(films.plain());
+        player->addPeriodicTimeObserver(0.5, [](double) {});
+        player->onTimeControlStatusChange = [&](Status, Status now) {
+            if (now == dropAt)
+                drop();
+        };
+        player->play();
+        host.advance(0.1);
+        if (player)
+            player->pause();
+        EXPECT_EQ(player, nullptr);
+    }
+
+    open(films.plain());
+    player->addPeriodicTimeObserver(0.1, [&](double) { drop(); });
+    player->play();
+    host.advance(1);
+    EXPECT_EQ(player, nullptr);
+
+    open(films.plain());
+    player->seek(1, [&](bool) { drop(); });
+    host.advance(1);
+    EXPECT_EQ(player, nullptr);
+}
+
 // In every state: loading, ready, playing, seeking, at the end, failed.
 TEST_F(MediaTest, leavesNothingBehind)
 {
