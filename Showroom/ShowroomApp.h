@@ -35,7 +35,7 @@ public:
     void openShop();
     // Shows the start page, whose card leads to the list.
     void openHome();
-    const CannedService* service() const { return service_.get(); } // null before it is installed
+    CannedService* service() const { return service_.get(); } // null before it is installed
 
 private:
     std::shared_ptr<platform::UINavigationController> makeNavigation();

@@ -14,6 +14,8 @@ namespace showroom {
 namespace {
 
 constexpr double loadLength = 3.2; // seconds until the lists have answered and the pictures have faded in
+constexpr double watchLength = 1.5; // after joining, until the video and what is said are there
+constexpr const char* joinedShow = "ceramic-hour"; // the newest live one
 constexpr double settleLength = 2; // until a page stands still and its pictures are there
 
 void showGallery(ShowroomApp& app, HeadlessHost& host)
@@ -82,6 +84,83 @@ void showAlertLogin(ShowroomApp& app, HeadlessHost& host)
     tapText(host, mv::MVLocalized("mvJoinNow"));
 }
 
+// The first live show, as it is a few seconds after the viewer has joined it.
+void joinShow(ShowroomApp& app, HeadlessHost& host)
+{
+    openList(app, host);
+    if (const auto place = findOnScreen(host.device(), mv::MVLocalized("mvJoinNow")))
+        host.tap({ place->midX(), place->midY() });
+    host.advance(watchLength);
+}
+
+void showLive(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    host.advance(2.5); // until a few messages and reactions have come
+}
+
+void showLiveWaiting(ShowroomApp& app, HeadlessHost& host)
+{
+    app.installService([](Scenario& scenario) { scenario.operations["playVideoStream"].answer = CannedAnswer::never; });
+    joinShow(app, host);
+}
+
+void showLiveChatHidden(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    tapText(host, "chatToggleButton");
+}
+
+void showLiveProductsHidden(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    tapText(host, "productsToggleButton");
+}
+
+void showLiveLoginBanner(ShowroomApp& app, HeadlessHost& host)
+{
+    app.installService([](Scenario& scenario) {
+        for (auto& show : scenario.broadcasts)
+            show.guestsMayChat = false;
+    });
+    joinShow(app, host);
+}
+
+void playNow(ShowroomApp& app, const char* kind, const char* key, const char* value)
+{
+    JSONObject detail;
+    detail.append(key, value);
+    ScenarioEvent event;
+    event.kind = kind;
+    event.broadcast = joinedShow;
+    event.detail = std::move(detail);
+    app.service()->play(event);
+}
+
+void showLiveReactions(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    const char* kinds[] = { "heart", "wow", "like", "laugh", "heart", "angry", "heart", "like" };
+    for (const char* kind : kinds) {
+        playNow(app, "reaction", "reaction", kind);
+        host.advance(0.25);
+    }
+}
+
+void showLiveFeatured(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    playNow(app, "feature", "product", "amphora-vase");
+    host.advance(settleLength);
+}
+
+void showAlertStreamError(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    playNow(app, "streamError", "message", "The connection to the host was lost.");
+    host.advance(settleLength);
+}
+
 } // namespace
 
 const std::vector<Scene>& allScenes()
@@ -95,6 +174,14 @@ const std::vector<Scene>& allScenes()
         { "list-empty", showListEmpty },
         { "list-loading", showListLoading },
         { "alert-login", showAlertLogin },
+        { "live", showLive },
+        { "live-waiting", showLiveWaiting },
+        { "live-chat-hidden", showLiveChatHidden },
+        { "live-products-hidden", showLiveProductsHidden },
+        { "live-login-banner", showLiveLoginBanner },
+        { "live-reactions", showLiveReactions },
+        { "live-featured", showLiveFeatured },
+        { "alert-stream-error", showAlertStreamError },
     };
     return scenes;
 }

@@ -12,6 +12,7 @@ namespace showroom {
 namespace {
 
 constexpr double settleLength = 1.2; // seconds until a page or a turned device stands still
+constexpr double watchLength = 7; // until messages, reactions and a featured product have come
 constexpr double loadLength = 3; // until the lists have answered and their pictures have faded in
 
 void browse(TourGuide& guide)
@@ -34,12 +35,28 @@ void browse(TourGuide& guide)
     guide.wait(loadLength);
 }
 
-void visitShow(TourGuide& guide)
+// The first live show: watched, turned, a product looked at, left.
+void watchShow(TourGuide& guide)
 {
     guide.tap(mv::MVLocalized("mvJoinNow"));
+    guide.wait(watchLength);
+    guide.takePicture("live");
+    guide.tap("chatToggleButton");
     guide.wait(settleLength);
-    guide.takePicture("show");
-    guide.tap("closeScreenButton");
+    guide.takePicture("live-chat-hidden");
+    guide.tap("chatToggleButton");
+    guide.wait(settleLength);
+    guide.rotate(UIDeviceOrientation::landscapeLeft);
+    guide.wait(settleLength);
+    guide.takePicture("live-landscape");
+    guide.rotate(UIDeviceOrientation::portrait);
+    guide.wait(settleLength);
+    guide.tap("productNameLabel");
+    guide.wait(settleLength);
+    guide.takePicture("product");
+    guide.tap("productBackButton");
+    guide.wait(settleLength);
+    guide.tap("closeButton");
     guide.wait(settleLength);
 }
 
@@ -80,7 +97,7 @@ bool playTour(ShowroomApp& app, HeadlessHost& host, const std::string& folder, b
     guide.wait(loadLength);
     guide.takePicture("list-live");
     browse(guide);
-    visitShow(guide);
+    watchShow(guide);
     changeDevice(guide, host.device().state().direction == UIUserInterfaceLayoutDirection::rightToLeft);
     guide.tap("backButton");
     guide.wait(settleLength);

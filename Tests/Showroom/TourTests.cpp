@@ -59,9 +59,9 @@ TEST_F(TourTest, findsEverythingThatItsStoryTouches)
         pictures += event["event"].text() == "picture" && fs::file_size(folder / *event["file"].text()) > 0;
         taps += event["event"].text() == "tap";
     }
-    EXPECT_GE(pictures, 10u);
+    EXPECT_GE(pictures, 13u);
     EXPECT_EQ(countFiles(".png"), pictures);
-    EXPECT_EQ(taps, 8u);
+    EXPECT_EQ(taps, 12u);
 }
 
 TEST_F(TourTest, saysWhatItDoesNotFind)
@@ -130,7 +130,9 @@ TEST_F(TourTest, isPlayedWhereThereIsNoDisplay)
     std::ifstream file(folder / "said.txt");
     const std::string said((std::istreambuf_iterator<char>(file)), {});
     EXPECT_NE(said.find("tour.mp4 are in " + (folder / "Pictures").string()), std::string::npos) << said;
-    EXPECT_EQ(fs::file_size(folder / "console.txt"), 0u);
+    std::ifstream console(folder / "console.txt");
+    for (std::string line; std::getline(console, line);)
+        EXPECT_TRUE(line.ends_with("Successfully") || line == "Recieved Host Video Stream") << line;
     EXPECT_GT(fs::file_size(folder / "Pictures/tour.mp4"), 50'000u);
     EXPECT_TRUE(fs::exists(folder / "Pictures/01-home.png"));
 }

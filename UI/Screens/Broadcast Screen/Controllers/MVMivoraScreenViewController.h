@@ -1,16 +1,102 @@
 #pragma once
 
-#include "UI/Screens/Broadcast Screen/Controllers/MVUnbuiltScreenViewController.h"
+#include "Platform/Foundation/UUID.h"
+#include "Platform/UIKit/UIViewController.h"
+#include "Service/MVBroadcast.h"
+#include "Service/MivoraDelegate.h"
+#include "UI/Common/Models/BroadcastProduct.h"
+#include "UI/Common/Models/ChatMessageList.h"
+#include "UI/Common/SubViews/MVHorizontalImageTextView.h"
+#include "UI/Screens/Broadcast Screen/SubViews/BroadcastScreenButtonsContainerView.h"
+#include "UI/Screens/Broadcast Screen/SubViews/MVProductChatContainerView.h"
+#include "UI/Screens/Broadcast Screen/SubViews/MVStreamVideoContainerView.h"
+#include "UI/Screens/Broadcast Screen/SubViews/ReactionAnimationView.h"
+#include "UI/Utils/MVSystemNotificationHandler.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace mv {
 
-// The live variant of the broadcast screen.
-class MVMivoraScreenViewController final : public MVUnbuiltScreenViewController {
+// The screen of a show that is live: its video, the number of viewers, chat and products over it, reactions flying up, and a
+// column of buttons. Watches from setBroadcast on until it is closed or the show is over. Main thread.
+class MVMivoraScreenViewController final : public UIViewController,
+                                           public MivoraDelegate,
+                                           public MVVideoStreamServiceDelegate,
+                                           public MVSystemNotificationHandlerDelegate {
 public:
     MVMivoraScreenViewController();
 
+    std::function<void()> onPressCloseButton; // after the session has ended
+    const std::shared_ptr<MVBroadcast>& broadcast() const { return broadcast_; } // being watched; null for none
+
+    // Begins to watch; null watches nothing.
+    void setBroadcast(std::shared_ptr<MVBroadcast> broadcast);
     // The router's word that the show is over, or that the viewer has left: ends the session once, and does nothing more after.
     void resetOnEventComplete();
+
+    // MivoraDelegate
+    void didRecievedNewMessageInBroadcast(const MVBroadcastNewMessageData& update) override;
+    void didMessageDeletedFromBroadcast(const MVBroadcastMessagesDeletedData& update) override;
+    void didWatchersCountUpdated(const MVWatchersUpdateData& update) override;
+    void didNewReactionAddedToBroadcast(const MVReactionData& update) override;
+    void didBroadcastProductFeaturedUnfeatured(const MVProductsFeaturedUnfeaturedData& update) override;
+    // MVVideoStreamServiceDelegate
+    void didVideoChannelJoinedSuccessfully(const std::string& channelName) override;
+    void didVideoChannelLeftSuccessfully(const std::string& channelName) override;
+    void didHostStreamGotOffline(const std::string& channelName, std::uint32_t uid) override;
+    void didRecieveHostVideoStream(const std::string& channelName, std::uint32_t uid) override;
+    void didErrorOccuredInVideoService(const MVError& error) override;
+    // MVSystemNotificationHandlerDelegate
+    void didDeviceOrientationChanged(UIDeviceOrientation newOrientation) override;
+
+protected:
+    // UIViewController
+    void viewDidLoad() override;
+    void viewDidLayoutSubviews() override;
+
+private:
+    void configureSubViewsProperties();
+    void setUpViews();
+    void setUpActions();
+    void setUpViewsConstraints();
+    void setUpPortraitConstraints();
+    void setUpLandscapeConstraints();
+    void setConstraints(UIDeviceOrientation orientation, bool animated);
+    void registerDelegates();
+    void showLoginBannerIfNeeded();
+    void startVideo();
+    void processClose();
+    void didPressCloseScreenButton();
+
+    // Chat, products and reactions: MVMivoraScreenConversation.cpp
+    void loadInitialMessages();
+    void loadBroadcastProducts();
+    void showFirstPage(const MVBroadcast::MessageList& messages);
+    bool insertMessage(const ChatMessage& message); // false when it is there
+    void showHideChat(bool show);
+    void refreshButtons();
+    bool isShown(const std::optional<std::string>& broadcastId) const;
+
+    std::shared_ptr<MVStreamVideoContainerView> streamContainerView = make<MVStreamVideoContainerView>();
+    std::shared_ptr<MVHorizontalImageTextView> watchersCountView = make<MVHorizontalImageTextView>();
+    std::shared_ptr<MVHorizontalImageTextView> statusView = make<MVHorizontalImageTextView>();
+    std::shared_ptr<MVProductChatContainerView> productChatContainerView = make<MVProductChatContainerView>();
+    std::shared_ptr<ReactionAnimationView> reactionAnimationView = make<ReactionAnimationView>();
+    std::shared_ptr<BroadcastScreenButtonsContainerView> rightButtonContainerView = make<BroadcastScreenButtonsContainerView>();
+    std::shared_ptr<UIView> loginBannerView; // null while the viewer may write
+    NSLayoutConstraints commonConstraints;
+    NSLayoutConstraints landscapeModeConstraints;
+    NSLayoutConstraints portraitModeConstraints;
+    std::string uniqueIdentifer = makeUUID(); // of the three registrations
+    std::shared_ptr<MVBroadcast> broadcast_;
+    ChatMessageList chatMessages; // newest first
+    std::unordered_set<std::string> messageIds; // of those
+    std::vector<std::shared_ptr<BroadcastProduct>> products;
+    bool isWatching = false;
 };
 
 } // namespace mv
