@@ -74,8 +74,10 @@ void MVMivoraScreenViewController::loadInitialMessages()
     MVGetMessagesQueryBuilder queryBuilder;
     queryBuilder.limit = firstPage;
     queryBuilder.skip = 0;
-    broadcast_->loadChatMessages(queryBuilder, [weakSelf = weak(this)](const auto& messages, const auto& /*error*/) {
-        if (const auto self = weakSelf.lock())
+    const std::weak_ptr<MVBroadcast> asked = broadcast_;
+    broadcast_->loadChatMessages(queryBuilder, [weakSelf = weak(this), asked](const auto& messages, const auto& /*error*/) {
+        const auto self = weakSelf.lock();
+        if (self && self->isWatching && self->broadcast_ == asked.lock())
             self->showFirstPage(messages.value_or(MVBroadcast::MessageList()));
     });
 }

@@ -48,18 +48,15 @@ MVMivoraScreenViewController::MVMivoraScreenViewController() = default;
 void MVMivoraScreenViewController::setBroadcast(std::shared_ptr<MVBroadcast> broadcast)
 {
     broadcast_ = std::move(broadcast);
-    if (!broadcast_)
+    isWatching = broadcast_ != nullptr;
+    if (!isWatching)
         return;
     loadViewIfNeeded();
-    const auto watched = broadcast_;
-    isWatching = true;
-    watched->startWatching({});
-    watched->startWatchingBroadcastConversation({});
-    watchersCountView->updateLabelText(std::to_string(watched->watchersCount.value_or(0)));
-    loadInitialMessages();
-    loadBroadcastProducts();
-    showLoginBannerIfNeeded();
-    startVideo();
+    using Self = MVMivoraScreenViewController;
+    for (const auto step : { &Self::watchBroadcast, &Self::watchConversation, &Self::showViewers, &Self::loadInitialMessages,
+             &Self::loadBroadcastProducts, &Self::showLoginBannerIfNeeded, &Self::startVideo })
+        if (isWatching) // the service may tell of the show's end in the middle of a call
+            (this->*step)();
 }
 
 void MVMivoraScreenViewController::resetOnEventComplete() { processClose(); }
@@ -239,6 +236,15 @@ void MVMivoraScreenViewController::registerDelegates()
     MVSystemNotificationHandler::instance().addDelegate(uniqueIdentifer, self);
     Mivora::instance()->addDelegate(self, uniqueIdentifer);
     MVVideoStreamService::instance()->addDelegates(self, uniqueIdentifer);
+}
+
+void MVMivoraScreenViewController::watchBroadcast() { broadcast_->startWatching({}); }
+
+void MVMivoraScreenViewController::watchConversation() { broadcast_->startWatchingBroadcastConversation({}); }
+
+void MVMivoraScreenViewController::showViewers()
+{
+    watchersCountView->updateLabelText(std::to_string(broadcast_->watchersCount.value_or(0)));
 }
 
 // In the place of the comment bar, for the life of the screen.

@@ -67,6 +67,9 @@ private:
     void setUpLandscapeConstraints();
     void setConstraints(UIDeviceOrientation orientation, bool animated);
     void registerDelegates();
+    void watchBroadcast();
+    void watchConversation();
+    void showViewers();
     void showLoginBannerIfNeeded();
     void startVideo();
     void processClose();
