@@ -50,6 +50,10 @@ bool takeOption(CommandLine& line, const std::string& option, const std::string&
         (option == "--png" ? line.pictureFile : line.treeFile) = word;
         return true;
     }
+    if (option == "--log" && line.command == CommandLine::Command::shop) {
+        line.logFile = word;
+        return true;
+    }
     if (option == "--out" && line.command == CommandLine::Command::tour) {
         line.folder = word;
         return true;
@@ -103,6 +107,7 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& wo
 const char* CommandLine::usage()
 {
     return "showroom                  opens the shop in a window; without a display it plays the tour into ./Pictures\n"
+           "    --log FILE            writes the service's calls and the host's loudness, in JSON, a line each\n"
            "showroom scenes           lists the scenes\n"
            "showroom scene NAME       brings the shop into that state\n"
            "    --png FILE            writes the picture\n"

@@ -17,6 +17,7 @@ struct CommandLine {
     platform::DeviceState state;
     std::string pictureFile; // empty: none
     std::string treeFile;
+    std::string logFile; // of what happens in the shop's window; empty: none
     std::string folder = "Pictures"; // where a tour leaves what it made
     bool withFilm = false;
 

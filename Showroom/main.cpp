@@ -2,6 +2,7 @@
 #include "Platform/Host/ViewTree.h"
 #include "Platform/Host/WindowHost.h"
 #include "Showroom/CommandLine.h"
+#include "Showroom/Log/ShopLog.h"
 #include "Showroom/Scenes/Scene.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/Tour.h"
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 
 using namespace platform;
 using namespace showroom;
@@ -60,6 +62,14 @@ int openShop(CommandLine line)
     }
     ShowroomApp app(line.state);
     app.openShop();
+    std::unique_ptr<ShopLog> log;
+    if (!line.logFile.empty()) {
+        log = std::make_unique<ShopLog>(line.logFile, *app.service());
+        if (!log->isWritable()) {
+            std::fprintf(stderr, "showroom: \"%s\" cannot be written\n", line.logFile.c_str());
+            return 1;
+        }
+    }
     host->run();
     return 0;
 }

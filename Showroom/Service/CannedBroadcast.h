@@ -29,6 +29,7 @@ public:
     bool setFeatured(const std::string& productId, bool featured); // false: no such product
     void dropStream(); // the host goes away; nothing happens when nobody watches the video
     void resumeStream();
+    double takeAudioPeak() { return stream ? stream->player()->takeAudioPeak() : 0; } // since the last call, 0 to 1
 
 private:
     void performStartWatching(SuccessCompletion completion) override;

@@ -109,7 +109,20 @@ void CannedService::performCreateGuestUser(const std::string& displayName, UserC
         [completion] { completion(std::nullopt, {}); });
 }
 
-void CannedService::note(std::string call) { calls.push_back(std::move(call)); }
+void CannedService::note(std::string call)
+{
+    calls.push_back(std::move(call));
+    if (onCall)
+        onCall(calls.back());
+}
+
+double CannedService::takeAudioPeak()
+{
+    double peak = 0;
+    for (const auto& show : shows)
+        peak = std::max(peak, show->takeAudioPeak());
+    return peak;
+}
 
 void CannedService::answer(
     const std::string& operation, Answer success, std::function<void(const MVApiError&)> failure, Answer absent)

@@ -29,6 +29,9 @@ public:
 
     // Every call of the kit in its order, for example "getBroadcasts live 30 0", "b1 startWatching".
     const std::vector<std::string>& callLog() const { return calls; }
+    std::function<void(const std::string& call)> onCall; // as it is noted
+    // The loudest sample of the videos that play now since the last call, 0 to 1.
+    double takeAudioPeak();
     const mv::MVProduct* findProduct(const std::string& productId) const; // null for none
     // From now on an operation answers by this script.
     void setScript(const std::string& operation, OperationScript script) { scenario.operations[operation] = std::move(script); }

@@ -1,5 +1,8 @@
+#include "Platform/Foundation/JSON.h"
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UIApplication.h"
+#include "Showroom/Media/FrameCode.h"
+#include "Showroom/Service/CannedService.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/ScreenReader.h"
 #include "Tests/Support/VirtualDisplay.h"
@@ -27,24 +30,24 @@ using namespace std::chrono_literals;
 
 constexpr double notSeen = 1;
 
+bool isDifferent(std::uint32_t one, std::uint32_t other)
+{
+    constexpr int tolerance = 16; // of 255: a fade's last step
+    for (int shift = 0; shift < 24; shift += 8)
+        if (std::abs(int(one >> shift & 255) - int(other >> shift & 255)) > tolerance)
+            return true;
+    return false;
+}
+
 // The share of pixels, 0 to 1, that look different.
 double difference(const test::Screenshot& shot, const Bitmap& expected)
 {
     if (shot.width != expected.width() || shot.height != expected.height())
         return notSeen;
-    constexpr int tolerance = 16; // of 255: a fade's last step
     long different = 0;
-    for (int y = 0; y < shot.height; ++y) {
-        for (int x = 0; x < shot.width; ++x) {
-            const auto one = shot.at(x, y), other = expected.row(y)[x];
-            for (int shift = 0; shift < 24; shift += 8) {
-                if (std::abs(int(one >> shift & 255) - int(other >> shift & 255)) > tolerance) {
-                    ++different;
-                    break;
-                }
-            }
-        }
-    }
+    for (int y = 0; y < shot.height; ++y)
+        for (int x = 0; x < shot.width; ++x)
+            different += isDifferent(shot.at(x, y), expected.row(y)[x]);
     return double(different) / double(shot.pixels.size());
 }
 
@@ -58,10 +61,12 @@ protected:
         process = fork();
         if (process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGTERM);
-            execl(program.c_str(), "showroom", nullptr);
+            execl(program.c_str(), "showroom", "--log", logFile.c_str(), nullptr);
             _exit(127);
         }
         ASSERT_TRUE(display.waitForWindow("Lumen Lane"));
+        // The double's video would cost time, and never be at the same frame.
+        app.installService([](Scenario& scenario) { scenario.operations["playVideoStream"].answer = CannedAnswer::never; });
         app.openShop();
         host.advance(5);
     }
@@ -71,6 +76,51 @@ protected:
             kill(process, SIGTERM);
             waitpid(process, nullptr, 0);
         }
+        std::filesystem::remove(logFile);
+    }
+
+    std::vector<JSONValue> loggedEvents(const std::string& kind) const
+    {
+        std::vector<JSONValue> events;
+        std::ifstream file(logFile);
+        for (std::string line; std::getline(file, line);) {
+            const auto event = JSONValue::parse(line);
+            EXPECT_TRUE(event) << line;
+            if (event && (*event)["event"].text() == kind)
+                events.push_back(*event);
+        }
+        return events;
+    }
+    // The different frames of the host's film that the window shows, until there are so many or the seconds are over.
+    std::vector<int> watchFrames(std::size_t count, std::chrono::seconds longest) const
+    {
+        std::vector<int> numbers;
+        const auto end = std::chrono::steady_clock::now() + longest;
+        while (numbers.size() < count && std::chrono::steady_clock::now() < end) {
+            const auto shot = display.screenshot();
+            const auto number = media::frameCode::read(shot.pixels.data(), shot.width, shot.width, shot.height);
+            if (number && (numbers.empty() || *number != numbers.back()))
+                numbers.push_back(*number);
+        }
+        return numbers;
+    }
+    // Of the chat, which in landscape lies beside the video.
+    double waitForLikenessOfChat(double seconds)
+    {
+        double best = notSeen;
+        for (int tries = int(seconds * 4); tries > 0 && best > 0.003; --tries) {
+            std::this_thread::sleep_for(250ms);
+            auto shot = display.screenshot();
+            const auto& expected = host.pixels();
+            if (shot.width != expected.width() || shot.height != expected.height())
+                continue;
+            long different = 0, compared = 0;
+            for (int y = 60; y < shot.height; ++y) // below the buttons
+                for (int x = shot.width / 2 + 1; x < shot.width; ++x, ++compared)
+                    different += isDifferent(shot.at(x, y), expected.row(y)[x]);
+            best = std::min(best, double(different) / double(compared));
+        }
+        return best;
     }
 
     // The best likeness within so many seconds.
@@ -92,6 +142,7 @@ protected:
         display.click(int(place->midX()), int(place->midY()));
         host.tap({ place->midX(), place->midY() });
         host.advance(2);
+        std::this_thread::sleep_for(1s); // while pages slide, the window takes no touches
     }
 
     double processorSeconds() const
@@ -109,6 +160,8 @@ protected:
         return device;
     }
 
+    const std::string logFile
+        = (std::filesystem::temp_directory_path() / ("shop-" + std::to_string(getpid()) + ".jsonl")).string();
     test::VirtualDisplay display;
     pid_t process = 0;
     HeadlessHost host { onDesktop() };
@@ -135,6 +188,50 @@ TEST_F(ShopWindow, showsTheListAtRestAndGoesBackWhenItIsClicked)
 
     click("backButton");
     EXPECT_LT(waitForLikeness(), 0.003) << "the start page";
+}
+
+// The main job with the real clock: from the list into a live show, and out again.
+TEST_F(ShopWindow, aViewerWatchesALiveShow)
+{
+    ASSERT_LT(waitForLikeness(), 0.003) << "the window shows the list";
+    click(mv::MVLocalized("mvJoinNow"));
+
+    const auto start = std::chrono::steady_clock::now();
+    const auto numbers = watchFrames(100, 40s);
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    ASSERT_GE(numbers.size(), 100u) << "frames of the film in " << seconds << " s";
+    int falls = 0;
+    for (std::size_t i = 1; i < numbers.size(); ++i)
+        falls += numbers[i] <= numbers[i - 1];
+    EXPECT_LE(falls, 1) << "the numbers rise, but where the film begins anew";
+    const int passed = numbers.back() - numbers.front() + 1;
+    RecordProperty("shareOfFramesShown", std::to_string(double(numbers.size()) / std::max(passed, 1)));
+
+    display.pressKey("r", true);
+    host.rotate(UIDeviceOrientation::landscapeLeft);
+    host.advance(18); // the last of what the scenario says by itself
+    EXPECT_LT(waitForLikenessOfChat(30), 0.003) << "all that was said since, on its own half of the turned screen";
+
+    click("productNameLabel");
+    EXPECT_LT(waitForLikeness(), 0.003) << "the shop's page of the product";
+    click("productBackButton");
+    click("closeButton");
+    EXPECT_LT(waitForLikeness(), 0.003) << "the list again";
+
+    double loudest = 0;
+    for (const auto& sound : loggedEvents("sound"))
+        loudest = std::max(loudest, *sound["peak"].number());
+    EXPECT_GT(loudest, 0.02) << "the host is heard";
+    std::vector<std::string> calls;
+    for (const auto& call : loggedEvents("call"))
+        if (call["service"].text()->find("ceramic-hour") != std::string_view::npos)
+            calls.emplace_back(*call["service"].text());
+    const std::string show = "ceramic-hour ";
+    EXPECT_EQ(calls,
+        (std::vector<std::string> { show + "subscribeEvents", "getBroadcast ceramic-hour", show + "subscribeEvents",
+            show + "startWatching", show + "startWatchingBroadcastConversation", show + "loadChatMessages 50 0",
+            show + "getProducts", show + "playVideoStream", show + "stopWatching", show + "stopWatchingBroadcastConversation",
+            show + "stopVideoStream" }));
 }
 
 } // namespace
