@@ -200,17 +200,19 @@ private:
     std::size_t lineEnd(const ShapedText& text, std::size_t start) const
     {
         const bool anywhere = paragraph.lineBreakMode == NSLineBreakMode::byCharWrapping;
-        std::size_t lastBreak = start, i = start;
+        std::size_t lastBreak = start, reluctantBreak = start, i = start;
         for (; i < text.length(); ++i) {
-            if (i > start && (text.mayBreakBefore(i) || (anywhere && text.isCharacterStart(i))))
+            if (i > start && ((text.mayBreakBefore(i) && !text.isReluctantBreak(i)) || (anywhere && text.isCharacterStart(i))))
                 lastBreak = i;
+            else if (i > start && text.isReluctantBreak(i))
+                reluctantBreak = i;
             if (!text.isSpace(i) && text.width(start, i + 1) > width + hair)
                 break;
         }
         if (i == text.length())
             return i;
-        if (lastBreak > start) {
-            i = lastBreak;
+        if (lastBreak > start || reluctantBreak > start) {
+            i = lastBreak > start ? lastBreak : reluctantBreak;
         } else {
             while (i > start && !text.isCharacterStart(i))
                 --i;

@@ -46,6 +46,8 @@ public:
     bool isSpace(std::size_t at) const { return breaks[at].space; }
     bool isCharacterStart(std::size_t at) const { return breaks[at].character; } // the end counts as one
     bool mayBreakBefore(std::size_t at) const { return breaks[at].line; }
+    // After a stroke, as in an address of the web: where a line ends only when there is no better place.
+    bool isReluctantBreak(std::size_t at) const { return breaks[at].line && at > 0 && text[at - 1] == U'/'; }
     const Stretch& stretchAt(std::size_t at) const;
 
     // Appends the glyphs of a part, in logical order. `spaceExtra`: points more for each space.

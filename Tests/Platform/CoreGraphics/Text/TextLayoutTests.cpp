@@ -70,6 +70,16 @@ TEST_F(TextLayoutTest, wrapsAtWords)
     EXPECT_NEAR(layoutOf(spaced, widthOf("The quick brown"))->size().height, 60.5 + 8, 0.5);
 }
 
+TEST_F(TextLayoutTest, keepsAddressesWhole)
+{
+    const std::string address = "https://lumenlane.example/care", text = "Care guide: " + address;
+    EXPECT_EQ(allGlyphs(*layoutOf(paragraph(text, 0), widthOf(address) + 1)), linesOf({ "Care guide:", address }));
+    EXPECT_EQ(allGlyphs(*layoutOf(paragraph(text, 0), widthOf(address) - 1)),
+        linesOf({ "Care guide:", "https://lumenlane.example/", "care" }));
+    EXPECT_EQ(
+        allGlyphs(*layoutOf(paragraph("cups and/or jugs", 0), widthOf("cups and/o"))), linesOf({ "cups", "and/or", "jugs" }));
+}
+
 TEST_F(TextLayoutTest, breaksWordsThatAreWiderThanTheLineAndAlwaysGoesOn)
 {
     EXPECT_EQ(allGlyphs(*layoutOf(paragraph("abcdef", 0), widthOf("abcd"))), linesOf({ "abcd", "ef" }));
