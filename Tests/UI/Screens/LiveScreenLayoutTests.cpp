@@ -112,6 +112,10 @@ TEST_F(LiveScreenLayoutTest, turnsWithinAQuarterOfASecond)
     EXPECT_NEAR(shown(), (195 + 97.5) / 2, 8);
     host.advance(0.13);
     EXPECT_EQ(shown(), 97.5);
+    screen->didDeviceOrientationChanged(UIDeviceOrientation::faceUp);
+    screen->didDeviceOrientationChanged(UIDeviceOrientation::faceDown);
+    host.advance(0.5);
+    EXPECT_EQ(shown(), 97.5);
 }
 
 TEST_F(LiveScreenLayoutTest, wearsItsPills)
@@ -135,6 +139,7 @@ TEST_F(LiveScreenLayoutTest, keepsTheLoginBannerAlongItsBottom)
     open();
     const auto banner = [&](const std::string& inset, CGFloat side, CGFloat bottom) {
         SCOPED_TRACE(inset);
+        ASSERT_TRUE(find(screen->view(), "loginBannerView"));
         const CGRect screenBounds = window->bounds(), box = place("loginBannerView");
         const auto label = std::dynamic_pointer_cast<UILabel>(part("loginBannerView")->subviews().front());
         ASSERT_TRUE(label);
