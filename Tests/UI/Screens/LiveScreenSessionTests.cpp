@@ -113,6 +113,11 @@ TEST_F(LiveScreenVideoTest, showsAnErrorOneAtATime)
     EXPECT_EQ(show->calls, Lines {}) << "the session goes on";
     failVideo("Down again.");
     EXPECT_EQ(alertTexts()[1], "Down again.");
+    navigation->dismiss(true);
+    host.advance(0.05);
+    failVideo("And again."); // while the other leaves
+    host.advance(1);
+    EXPECT_EQ(alertTexts()[1], "And again.");
     complete();
     host.advance(1);
     EXPECT_EQ(alertTexts()[0], "Broadcast Ended") << "in the place of the other";

@@ -90,7 +90,8 @@ void MVMivoraScreenViewController::didRecieveHostVideoStream(const std::string& 
 // One after the other would need as many answers from the viewer, so what stands on the screen stays alone.
 void MVMivoraScreenViewController::didErrorOccuredInVideoService(const MVError& error)
 {
-    if (presentedViewController())
+    const auto standing = presentedViewController();
+    if (standing && !standing->isBeingDismissed())
         return;
     const auto alert = make<UIAlertController>("Video Stream Error", error.errorMessage);
     alert->addAction({ "Ok", UIAlertActionStyle::normal, {} });

@@ -63,8 +63,6 @@ private:
     void setUpViews();
     void setUpActions();
     void setUpViewsConstraints();
-    void setUpPortraitConstraints();
-    void setUpLandscapeConstraints();
     void setConstraints(UIDeviceOrientation orientation, bool animated);
     void registerDelegates();
     void watchBroadcast();
