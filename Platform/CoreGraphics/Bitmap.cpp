@@ -16,15 +16,20 @@ constexpr std::size_t smallestBlock = 4096;
 constexpr std::size_t smallestMapped = 64u << 10; // bytes
 constexpr std::size_t hugePage = 2u << 20; // bytes
 constexpr int stepsPerDoubling = 4; // so that at most a fifth of a block is unused
-constexpr std::size_t mostKept = 12u << 20; // bytes; a phone's frame
+constexpr std::size_t mostKept = 14u << 20; // bytes; a phone's frame, and what a frame of motion needs beside it
+
+struct FreeBlock {
+    std::uint8_t* data;
+    std::uint64_t released; // a count that grows
+};
 
 // Released blocks by size class.
 struct Pool {
     std::mutex mutex;
-    std::array<std::vector<std::uint8_t*>, 64 * stepsPerDoubling> free;
+    std::array<std::vector<FreeBlock>, 64 * stepsPerDoubling> free; // the newest last
     std::size_t used = 0;
     std::size_t kept = 0;
-    std::size_t next = 0; // the size class that gave way last
+    std::uint64_t releases = 0;
 };
 
 Pool& pool()
@@ -109,7 +114,7 @@ std::uint8_t* takeBlock(const SizeClass& size)
     auto& blocks = p.free[size.index];
     std::uint8_t* block = nullptr;
     if (!blocks.empty()) {
-        block = blocks.back();
+        block = blocks.back().data;
         blocks.pop_back();
         p.kept -= size.bytes;
     } else {
@@ -125,17 +130,22 @@ void giveBlock(std::uint8_t* block, std::size_t bytes)
     auto& p = pool();
     const std::lock_guard lock(p.mutex);
     p.used -= bytes;
-    p.free[sizeClassFor(bytes).index].push_back(block);
+    p.free[sizeClassFor(bytes).index].push_back({ block, ++p.releases });
     p.kept += bytes;
-    // What nobody asked for gives way, one size after the other: sizes that were in use come back.
+    // What has waited longest gives way: a film's pictures, which come back for every frame, stay.
     while (p.kept > mostKept) {
-        p.next = (p.next + 1) % p.free.size();
-        auto& blocks = p.free[p.next];
-        if (blocks.empty())
-            continue;
-        release(blocks.back(), classBytes(p.next));
-        blocks.pop_back();
-        p.kept -= classBytes(p.next);
+        std::size_t oldest = 0;
+        std::uint64_t released = p.releases + 1;
+        for (std::size_t index = 0; index < p.free.size(); ++index) {
+            if (!p.free[index].empty() && p.free[index].front().released < released) {
+                released = p.free[index].front().released;
+                oldest = index;
+            }
+        }
+        auto& blocks = p.free[oldest];
+        release(blocks.front().data, classBytes(oldest));
+        blocks.erase(blocks.begin());
+        p.kept -= classBytes(oldest);
     }
 }
 }
@@ -183,7 +193,7 @@ void PixelPool::trim(std::size_t keepBytes)
     for (std::size_t index = p.free.size(); index-- > 0;) { // the largest first
         auto& blocks = p.free[index];
         while (!blocks.empty() && p.kept > keepBytes) {
-            release(blocks.back(), classBytes(index));
+            release(blocks.back().data, classBytes(index));
             blocks.pop_back();
             p.kept -= classBytes(index);
         }

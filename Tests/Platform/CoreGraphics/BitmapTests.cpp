@@ -59,4 +59,23 @@ TEST(PixelPool, givesBackWhatItNeedNotKeep)
     EXPECT_EQ(PixelPool::bytesKept(), 0u);
 }
 
+TEST(PixelPool, keepsAFilmsPictureThroughWhatEachFrameReleases)
+{
+    PixelPool::trim(0);
+    auto shown = Bitmap::make(1179, 2556, PixelFormat::xrgb);
+    const auto* first = shown->data();
+    auto next = Bitmap::make(1179, 2556, PixelFormat::xrgb);
+    const auto* second = next->data();
+    for (int frame = 0; frame < 20; ++frame) {
+        for (int side = 100; side < 700; side += 100) // of another size in every frame, as things that grow have
+            Bitmap::make(side + frame * 10, side, PixelFormat::argb).reset();
+        shown = std::move(next);
+        next = Bitmap::make(1179, 2556, PixelFormat::xrgb);
+        EXPECT_EQ(next->data(), frame % 2 ? second : first) << frame;
+    }
+    next.reset();
+    shown.reset();
+    PixelPool::trim(0);
+}
+
 } // namespace platform
