@@ -5,6 +5,7 @@
 #include "Benchmarks/Workloads/ChatPanel.h"
 #include "Benchmarks/Workloads/FirstFrame.h"
 #include "Benchmarks/Workloads/ListScroll.h"
+#include "Benchmarks/Workloads/LiveScreen.h"
 #include "Benchmarks/Workloads/Reactions.h"
 #include "Benchmarks/Workloads/VideoFrames.h"
 
@@ -151,17 +152,34 @@ void runVideoFrames(const Options& options)
         figures.decoding, figures.converting, figures.whole, figures.frames, copy);
 }
 
+void runLiveScreen(const Options& options)
+{
+    const double copy = bench::frameCopyMilliseconds();
+    const auto figures = bench::measureLiveScreen(options.frames > 0 ? options.frames : 300, options.picture);
+    const auto print = [&](const char* what, const bench::FrameFigures& frames, double screenFrames) {
+        std::printf(options.json
+                ? "{\"workload\":\"K6\",\"chat\":\"%s\",\"frames\":%d,\"cpu_ms_per_frame\":%.3f,\"decode_cpu_ms\":%.3f,"
+                  "\"screen_frames\":%.2f,\"peak_pss_mib\":%.1f,\"memcpy_frame_ms\":%.3f,\"frame_copies\":%.2f}\n"
+                : "K6 live screen, %s (%d frames): %.2f ms CPU a frame of video, of which %.2f ms decode it; %.2f drawn for it; "
+                  "%.1f MiB; a copy is %.3f ms, all are %.2f\n",
+            what, frames.frames, frames.cpuPerFrame, figures.decoding, screenFrames, frames.memory, copy,
+            frames.cpuPerFrame / copy);
+    };
+    print("quiet", figures.quiet, figures.quietScreenFrames);
+    print("busy", figures.busy, figures.busyScreenFrames);
+}
+
 constexpr struct {
     const char* name;
     void (*run)(const Options&);
 } workloads[] = { { "W1", runListScroll }, { "W2", runChatFlood }, { "W3", runReactions }, { "W4", runListStarts },
     { "W6", runIdle }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout }, { "K4", runVideoFrames },
-    { "K5", runChatPanel } };
+    { "K5", runChatPanel }, { "K6", runLiveScreen } };
 
 int usage(const std::string& problem)
 {
     std::fprintf(stderr,
-        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W6|K1|K2|K3|K4|K5] [--assets DIR] [--frames N] [--png FILE] "
+        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W6|K1|K2|K3|K4|K5|K6] [--assets DIR] [--frames N] [--png FILE] "
         "[--json]\n",
         problem.c_str());
     return 2;

@@ -11,5 +11,7 @@ struct VideoFigures {
 };
 
 VideoFigures measureVideoFrames(int frames);
+// The decoder alone. Milliseconds of CPU a frame.
+double measureDecoding(int frames);
 
 } // namespace bench
