@@ -7,6 +7,7 @@
 #include "Benchmarks/Workloads/ListScroll.h"
 #include "Benchmarks/Workloads/LiveScreen.h"
 #include "Benchmarks/Workloads/Reactions.h"
+#include "Benchmarks/Workloads/Rotation.h"
 #include "Benchmarks/Workloads/VideoFrames.h"
 
 #include <algorithm>
@@ -83,6 +84,13 @@ void runReactions(const Options& options)
     const double copy = bench::frameCopyMilliseconds();
     const int frames = options.frames > 0 ? options.frames : 300;
     printFrames(options, "W3", "reactions", bench::measureReactions(frames, options.assets, options.picture), copy);
+}
+
+void runRotation(const Options& options)
+{
+    const double copy = bench::frameCopyMilliseconds();
+    const int turns = options.frames > 0 ? options.frames : 40;
+    printFrames(options, "W5", "rotation", bench::measureRotation(turns, options.assets, options.picture), copy);
 }
 
 void runComposition(const Options& options)
@@ -173,13 +181,14 @@ constexpr struct {
     const char* name;
     void (*run)(const Options&);
 } workloads[] = { { "W1", runListScroll }, { "W2", runChatFlood }, { "W3", runReactions }, { "W4", runListStarts },
-    { "W6", runIdle }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout }, { "K4", runVideoFrames },
-    { "K5", runChatPanel }, { "K6", runLiveScreen } };
+    { "W5", runRotation }, { "W6", runIdle }, { "K1", runComposition }, { "K2", runFirstFrame }, { "K3", runLayout },
+    { "K4", runVideoFrames }, { "K5", runChatPanel }, { "K6", runLiveScreen } };
 
 int usage(const std::string& problem)
 {
     std::fprintf(stderr,
-        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W6|K1|K2|K3|K4|K5|K6] [--assets DIR] [--frames N] [--png FILE] "
+        "mivora_bench: %s\nmivora_bench [--workload W1|W2|W3|W4|W5|W6|K1|K2|K3|K4|K5|K6] [--assets DIR] [--frames N] [--png "
+        "FILE] "
         "[--json]\n",
         problem.c_str());
     return 2;
