@@ -2,7 +2,6 @@
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/Host/ViewTree.h"
 #include "Showroom/Scenes/GalleryViewController.h"
-#include "Showroom/Scenes/Scene.h"
 #include "Showroom/ShowroomApp.h"
 
 #include <gtest/gtest.h>
@@ -141,19 +140,6 @@ TEST(Gallery, openingAndClosingLeavesNoController)
         host.advance(0.1);
         EXPECT_FALSE(watched.lock());
     }
-}
-
-TEST(Scenes, areAlwaysTheSame)
-{
-    const auto picture = [](const Scene& scene) {
-        HeadlessHost host;
-        ShowroomApp app(host.device().state());
-        srand48(0); // the reactions' curves
-        scene.bringAbout(app, host);
-        return copyOf(host.pixels());
-    };
-    for (const auto& scene : allScenes())
-        EXPECT_EQ(picture(scene), picture(scene)) << scene.name;
 }
 
 } // namespace
