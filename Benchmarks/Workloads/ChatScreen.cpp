@@ -83,9 +83,9 @@ public:
     int numberOfRows(UITableView&) override { return int(held); }
     std::string identityForRow(UITableView&, int row) override { return std::to_string(held - std::size_t(row)); }
     std::string contentForRow(UITableView&, int) override { return "said once"; }
-    std::shared_ptr<UITableViewCell> cellForRow(UITableView& table, int row) override
+    std::shared_ptr<UITableViewCell> cellForRow(UITableView& asking, int row) override
     {
-        const auto cell = table.dequeueReusableCell("line");
+        const auto cell = asking.dequeueReusableCell("line");
         const auto& [name, text] = lines[(held - 1 - std::size_t(row)) % lines.size()];
         static_cast<ChatCell&>(*cell).show(name, text);
         cell->setTransform(CGAffineTransform::scale(1, -1));

@@ -148,20 +148,20 @@ void UIApplication::sendDeleteBackward()
         responder->deleteBackward();
 }
 
-void UIApplication::sendKey(UIKey key)
+void UIApplication::sendKey(UIKey pressed)
 {
     const auto window = keyWindow();
     const auto top = window ? window->topmostController() : nullptr;
     const bool presented = top && top != window->rootViewController();
-    if (presented && top->pressKey(key))
+    if (presented && top->pressKey(pressed))
         return;
     std::shared_ptr<UIResponder> responder = firstResponder();
     if (!responder)
         responder = presented ? nullptr : top;
-    if (responder && responder->pressKey(key))
+    if (responder && responder->pressKey(pressed))
         return;
-    if (key == UIKey::enter || key == UIKey::tab)
-        sendText(key == UIKey::enter ? "\n" : "\t");
+    if (pressed == UIKey::enter || pressed == UIKey::tab)
+        sendText(pressed == UIKey::enter ? "\n" : "\t");
 }
 
 } // namespace platform

@@ -52,7 +52,7 @@ public:
     void sendDeleteBackward();
     // A key without a character: for what is presented on top, else for the first responder, else for the topmost controller. One
     // that nobody wants is typed as text where it stands for some.
-    void sendKey(UIKey key);
+    void sendKey(UIKey pressed);
     // The frame's layout pass: everything marked, until nothing is.
     void layoutWindows();
     std::vector<std::shared_ptr<CALayer>> windowLayers() const; // for the frame's steps, back to front
