@@ -3,10 +3,11 @@
 #include "Benchmarks/Workloads/VideoFrames.h"
 #include "Platform/Foundation/Folders.h"
 #include "Platform/Host/HeadlessHost.h"
+#include "Platform/UIKit/UINavigationController.h"
 #include "Showroom/Service/CannedService.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/ScreenReader.h"
-#include "UI/Utils/MVUtilities.h"
+#include "UI/Screens/Broadcast Screen/Controllers/MVBroadcastScreenViewController.h"
 
 #include <cstdio>
 
@@ -16,9 +17,8 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* joinedShow = "ceramic-hour"; // the first of the list
+constexpr const char* joinedShow = "ceramic-hour";
 constexpr double secondsAFrame = 1.0 / 30;
-constexpr double loadSeconds = 3.2; // until the list and its pictures are there
 constexpr double settleSeconds = 4; // after joining, until the curtain is gone and the buttons have come
 constexpr int warmUp = 10; // frames
 
@@ -60,14 +60,9 @@ bool measureShow(LiveScreenFigures& figures, int frames, const std::string& pict
             if (show.id == joinedShow)
                 show.stream = URL::fileURL(Folders::executable() + "/Showroom.bundle/Videos/host.mp4").absoluteString();
     });
-    app.openShop();
-    host.advance(loadSeconds);
-    const auto button = showroom::findOnScreen(host.device(), mv::MVLocalized("mvJoinNow"));
-    if (!button) {
-        std::fprintf(stderr, "K6: the list shows no live show\n");
-        return false;
-    }
-    host.tap({ button->midX(), button->midY() });
+    const auto screen = make<mv::MVBroadcastScreenViewController>();
+    screen->broadcastId = joinedShow;
+    app.show(make<UINavigationController>(screen));
     host.advance(settleSeconds);
     if (!showroom::findOnScreen(host.device(), "chatToggleButton")) {
         std::fprintf(stderr, "K6: the live screen is not there\n");
