@@ -16,7 +16,7 @@ constexpr std::size_t smallestBlock = 4096;
 constexpr std::size_t smallestMapped = 64u << 10; // bytes
 constexpr std::size_t hugePage = 2u << 20; // bytes
 constexpr int stepsPerDoubling = 4; // so that at most a fifth of a block is unused
-constexpr std::size_t mostKept = 14u << 20; // bytes; a phone's frame, and what a frame of motion needs beside it
+constexpr std::size_t mostKept = 12u << 20; // bytes; a phone's frame
 
 struct FreeBlock {
     std::uint8_t* data;

@@ -251,7 +251,7 @@ std::unique_ptr<PixelSource> uprightSource(
             std::move(source), device, across * part * (mirrorX ? -1 : 1), down * part * (mirrorY ? -1 : 1));
     };
     const PixelRect outer = r.outer();
-    constexpr long largestKept = 4l << 20; // pixels; two thirds of the cache
+    constexpr long largestKept = 7l << 19; // pixels; what the cache can hold at most
     if (!isKept || outer.area() > largestKept || outer.area() > 4 * item.bounds.area())
         return make();
     PixelKey key = picture.key;

@@ -45,7 +45,7 @@ private:
 // what a scrolled list shows moves as pixels once it is in sight. Within a frame nothing is dropped.
 class PixelCache {
 public:
-    static constexpr std::size_t capacity = 16u << 20; // bytes
+    static constexpr std::size_t capacity = 14u << 20; // bytes
     static constexpr unsigned longestUnused = 20; // painted frames, a third of a second of motion
     // Null when it is not there.
     std::shared_ptr<const Bitmap> find(const PixelKey& key);
