@@ -9,6 +9,7 @@
 namespace platform {
 
 class UIEvent;
+class UITextInput;
 class UITouch;
 
 // The touches that one call is about; never empty.
@@ -33,6 +34,8 @@ public:
     virtual bool becomeFirstResponder(); // false when it cannot, or the present one does not let go
     virtual bool resignFirstResponder(); // true when it is not the first responder any more
     bool isFirstResponder() const;
+    // Null unless one can write in it; keyboards appear for one that has it.
+    virtual UITextInput* textInput() { return nullptr; }
     // Typed text, UTF-8, and the key that takes the last character back. What is not handled goes along the chain.
     virtual void insertText(const std::string& text);
     virtual void deleteBackward();
