@@ -32,6 +32,11 @@ GstElement* makeSilentSink(bool keepsTime)
     return sink;
 }
 
+constexpr const char* heard = G_BYTE_ORDER == G_LITTLE_ENDIAN ? "audio/x-raw,format=S16LE,layout=interleaved"
+                                                              : "audio/x-raw,format=S16BE,layout=interleaved";
+// As it lies in the file: nothing of it is decoded.
+constexpr const char* unheard = "audio/x-raw; audio/x-opus; audio/x-vorbis; audio/mpeg; audio/x-flac; audio/x-ac3";
+
 GstPadProbeReturn didPass(GstPad*, GstPadProbeInfo* info, gpointer user)
 {
     auto& tap = *static_cast<AudioTap*>(user);
@@ -65,8 +70,7 @@ void* makeAudioOutput(bool keepsTime, AudioTap& tap)
         gst_object_unref(gst_object_ref_sink(bin));
         return nullptr;
     }
-    GstCaps* caps = gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING,
-        G_BYTE_ORDER == G_LITTLE_ENDIAN ? "S16LE" : "S16BE", "layout", G_TYPE_STRING, "interleaved", nullptr);
+    GstCaps* caps = gst_caps_from_string(keepsTime ? heard : unheard);
     g_object_set(filter, "caps", caps, nullptr);
     gst_caps_unref(caps);
     gst_bin_add_many(GST_BIN(bin), filter, sink, nullptr);
@@ -74,9 +78,11 @@ void* makeAudioOutput(bool keepsTime, AudioTap& tap)
     GstPad* input = gst_element_get_static_pad(filter, "sink");
     gst_element_add_pad(bin, gst_ghost_pad_new("sink", input));
     gst_object_unref(input);
-    GstPad* output = gst_element_get_static_pad(filter, "src");
-    gst_pad_add_probe(output, GST_PAD_PROBE_TYPE_BUFFER, didPass, &tap, nullptr);
-    gst_object_unref(output);
+    if (keepsTime) {
+        GstPad* output = gst_element_get_static_pad(filter, "src");
+        gst_pad_add_probe(output, GST_PAD_PROBE_TYPE_BUFFER, didPass, &tap, nullptr);
+        gst_object_unref(output);
+    }
     return bin;
 }
 
