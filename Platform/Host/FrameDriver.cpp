@@ -20,16 +20,28 @@ void FrameDriver::setScreen(int width, int height, double newScale)
 
 FrameChange FrameDriver::drawFrame(double time)
 {
-    LayerCommitter::finishAnimations(time);
-    auto& application = UIApplication::shared();
-    application.layoutWindows();
-    const auto layers = application.windowLayers();
+    const auto layers = beginFrame(time);
     LayerCommitter::display(layers, scale);
     drawn = true;
+    behind = false;
     return compositor.composite(LayerCommitter::commit(layers, time, scale, screen));
 }
 
-bool FrameDriver::hasChanged() const { return !drawn || LayerCommitter::needsFrame(); }
+void FrameDriver::passFrame(double time)
+{
+    LayerCommitter::pass(beginFrame(time), time, scale, screen);
+    behind = true;
+}
+
+std::vector<std::shared_ptr<CALayer>> FrameDriver::beginFrame(double time)
+{
+    LayerCommitter::finishAnimations(time);
+    auto& application = UIApplication::shared();
+    application.layoutWindows();
+    return application.windowLayers();
+}
+
+bool FrameDriver::hasChanged() const { return (!drawn && !behind) || LayerCommitter::needsFrame(); }
 
 bool FrameDriver::isMoving() const { return LayerCommitter::hasRunningAnimations(); }
 

@@ -34,6 +34,20 @@ HeadlessHost::~HeadlessHost() { UIApplication::shared().setHost(nullptr); }
 
 void HeadlessHost::advance(double seconds)
 {
+    isSeen = true;
+    goOn(seconds);
+}
+
+void HeadlessHost::skip(double seconds)
+{
+    isSeen = false;
+    goOn(seconds);
+    isSeen = true;
+    drawIfNeeded();
+}
+
+void HeadlessHost::goOn(double seconds)
+{
     MainQueue::shared().waitUntilQuiescent();
     drawIfNeeded();
     const double end = now() + std::max(seconds, 0.0);
@@ -126,9 +140,12 @@ void HeadlessHost::drawIfNeeded()
     driver.setScreen(device_.pixelWidth(), device_.pixelHeight(), device_.model().scale);
     const bool timeWentOn = now() > drawnAt + instant;
     const bool due = timeWentOn && (driver.isMoving() || driver.nextFrameTime() <= now() + instant);
-    if (!driver.hasChanged() && !due)
+    const bool isOwed = isSeen && driver.isBehind();
+    if (!driver.hasChanged() && !due && !isOwed)
         return;
     drawnAt = now();
+    if (!isSeen)
+        return driver.passFrame(drawnAt);
     change = driver.drawFrame(drawnAt);
     ++frames;
 }

@@ -23,6 +23,8 @@ public:
     // Lets so many seconds pass: frames at every sixtieth of a second while something moves, queued blocks and timers at their
     // exact times, and a last frame at the end. Returns when all counted jobs are done. 0 draws what has changed.
     void advance(double seconds);
+    // The same for whoever looks at the end only: no pixels on the way, but what moves or happens does so in the same frames.
+    void skip(double seconds);
 
     // The finger, in screen points.
     void touchDown(CGPoint point, int finger = 0);
@@ -53,6 +55,7 @@ public:
 private:
     bool open(const URL& url) override;
     void setIdleTimerDisabled(bool disabled) override { idleTimerDisabled = disabled; }
+    void goOn(double seconds);
     void drawIfNeeded();
     void pass(double seconds);
 
@@ -63,6 +66,7 @@ private:
     std::vector<URL> opened;
     double drawnAt = -1; // the last frame's time
     int frames = 0;
+    bool isSeen = true; // frames are drawn
     bool idleTimerDisabled = false;
 };
 

@@ -106,6 +106,17 @@ void LayerCommitter::displaySubtree(CALayer& layer, const CGAffineTransform& out
 std::shared_ptr<const RenderList> LayerCommitter::commit(
     const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen)
 {
+    return take(roots, time, scale, screen, true);
+}
+
+void LayerCommitter::pass(const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen)
+{
+    take(roots, time, scale, screen, false);
+}
+
+std::shared_ptr<const RenderList> LayerCommitter::take(
+    const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen, bool isPainted)
+{
     FrameRequest::clear();
     CATransaction::endImplicit();
     AnimationTimeline& timeline = AnimationTimeline::shared();
@@ -118,10 +129,10 @@ std::shared_ptr<const RenderList> LayerCommitter::commit(
         && time < before.nextEventTime;
     if (!isUnchanged) {
         const auto changeCount = FrameRequest::changeCount();
-        LayerFlattener flattener(time, scale, screen);
+        LayerFlattener flattener(time, scale, screen, isPainted);
         list = flattener.flatten(roots);
-        before = { list, identities, changeCount, time, scale, screen, timeline.nextEventTime(), flattener.visitedLayerCount(),
-            flattener.sawRunningAnimation() };
+        before = { isPainted ? list : nullptr, identities, changeCount, time, scale, screen, timeline.nextEventTime(),
+            flattener.visitedLayerCount(), flattener.sawRunningAnimation() };
     }
     if (timeline.hasCallbacks())
         FrameRequest::make();

@@ -32,6 +32,9 @@ public:
     // taken out of their tree since the last commit, and not put back, end unfinished unless they are not removedOnCompletion.
     static std::shared_ptr<const RenderList> commit(
         const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen);
+    // A commit for whoever does not look at this moment: animations start and go on, but nothing is displayed and there is no
+    // list. Marks stay for the next display.
+    static void pass(const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen);
     // True when a visible layer of the last commit has an animation that is still running, or a display link runs: another frame
     // is due.
     static bool hasRunningAnimations();
@@ -41,6 +44,8 @@ public:
     static std::size_t visitedLayerCount();
 
 private:
+    static std::shared_ptr<const RenderList> take(
+        const std::vector<std::shared_ptr<CALayer>>& roots, double time, double scale, PixelRect screen, bool isPainted);
     static void displaySubtree(CALayer& layer, const CGAffineTransform& outside, const CGRect& clip, double scale);
 };
 

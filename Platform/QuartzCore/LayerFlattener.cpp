@@ -72,10 +72,11 @@ int neededClip(const RenderList& list, int clip, const PixelRect& pixels)
 
 } // namespace
 
-LayerFlattener::LayerFlattener(double moment, double pixelsPerPoint, PixelRect screenPixels)
+LayerFlattener::LayerFlattener(double moment, double pixelsPerPoint, PixelRect screenPixels, bool willBePainted)
     : time(moment)
     , scale(pixelsPerPoint)
     , screen(screenPixels)
+    , isPainted(willBePainted)
 {
 }
 

@@ -16,8 +16,9 @@ struct LayerLook;
 // clear layer, nor below one that clips and lies out of sight.
 class LayerFlattener {
 public:
-    // Seconds on the current clock; pixels a point; the screen's pixels.
-    LayerFlattener(double time, double scale, PixelRect screen);
+    // Seconds on the current clock; pixels a point; the screen's pixels. Marked layers in sight are displayed, unless the list
+    // will not be painted.
+    LayerFlattener(double time, double scale, PixelRect screen, bool isPainted);
 
     std::shared_ptr<const RenderList> flatten(const std::vector<std::shared_ptr<CALayer>>& roots);
     bool sawRunningAnimation() const { return sawRunning; }
@@ -69,6 +70,7 @@ private:
     const double time;
     const double scale;
     const PixelRect screen;
+    const bool isPainted;
     std::size_t visited = 0;
     bool sawRunning = false;
 };

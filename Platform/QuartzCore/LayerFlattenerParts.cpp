@@ -141,7 +141,7 @@ void LayerFlattener::addPictures(const LayerLook& look, const Place& place, cons
     const LayerValues& values = look.values;
     if (layer.drawsContent_) {
         const bool isInSight = !PixelRect::around(place.toPixels.apply(values.bounds)).intersection(inside.clip).isEmpty();
-        if (isInSight && (layer.needsDisplay_ || layer.backingScale != scale))
+        if (isInSight && isPainted && (layer.needsDisplay_ || layer.backingScale != scale))
             layer.displayIfNeeded(scale); // came into sight after the display pass
         if (layer.backing) {
             // At its own size pixel by pixel; while an animation changes the size, as the gravity says.

@@ -22,15 +22,15 @@ void showGallery(ShowroomApp& app, HeadlessHost& host)
 {
     const auto gallery = make<GalleryViewController>();
     app.show(gallery);
-    host.advance(0);
+    host.skip(0);
     gallery->startReactions();
-    host.advance(2.6); // the first reactions are near the top by then, the last ones just leave
+    host.skip(2.6); // the first reactions are near the top by then, the last ones just leave
 }
 
 void showHome(ShowroomApp& app, HeadlessHost& host)
 {
     app.openHome();
-    host.advance(1);
+    host.skip(1);
 }
 
 // What shows that text is tapped, and given time to settle.
@@ -38,13 +38,13 @@ void tapText(HeadlessHost& host, const std::string& text)
 {
     if (const auto place = findOnScreen(host.device(), text))
         host.tap({ place->midX(), place->midY() });
-    host.advance(settleLength);
+    host.skip(settleLength);
 }
 
 void openList(ShowroomApp& app, HeadlessHost& host)
 {
     app.openShop();
-    host.advance(loadLength);
+    host.skip(loadLength);
 }
 
 void showList(ShowroomApp& app, HeadlessHost& host) { openList(app, host); }
@@ -71,7 +71,7 @@ void showListLoading(ShowroomApp& app, HeadlessHost& host)
 {
     app.installService([](Scenario& scenario) { scenario.operations["getBroadcasts"].answer = CannedAnswer::never; });
     app.openShop();
-    host.advance(0.95); // the loader's arc is long then
+    host.skip(0.95); // the loader's arc is long then
 }
 
 void showAlertLogin(ShowroomApp& app, HeadlessHost& host)
@@ -90,13 +90,13 @@ void joinShow(ShowroomApp& app, HeadlessHost& host)
     openList(app, host);
     if (const auto place = findOnScreen(host.device(), mv::MVLocalized("mvJoinNow")))
         host.tap({ place->midX(), place->midY() });
-    host.advance(watchLength);
+    host.skip(watchLength);
 }
 
 void showLive(ShowroomApp& app, HeadlessHost& host)
 {
     joinShow(app, host);
-    host.advance(2.5); // until a few messages and reactions have come
+    host.skip(2.5); // until a few messages and reactions have come
 }
 
 void showLiveWaiting(ShowroomApp& app, HeadlessHost& host)
@@ -143,7 +143,7 @@ void showLiveReactions(ShowroomApp& app, HeadlessHost& host)
     const char* kinds[] = { "heart", "wow", "like", "laugh", "heart", "angry", "heart", "like" };
     for (const char* kind : kinds) {
         playNow(app, "reaction", "reaction", kind);
-        host.advance(0.25);
+        host.skip(0.25);
     }
 }
 
@@ -151,14 +151,14 @@ void showLiveFeatured(ShowroomApp& app, HeadlessHost& host)
 {
     joinShow(app, host);
     playNow(app, "feature", "product", "amphora-vase");
-    host.advance(settleLength);
+    host.skip(settleLength);
 }
 
 void showAlertStreamError(ShowroomApp& app, HeadlessHost& host)
 {
     joinShow(app, host);
     playNow(app, "streamError", "message", "The connection to the host was lost.");
-    host.advance(settleLength);
+    host.skip(settleLength);
 }
 
 } // namespace

@@ -116,6 +116,44 @@ TEST_F(HeadlessHostTest, animatesInFramesOfASixtiethToTheExactEnd)
     EXPECT_LE(host.frameCount() - after, 1);
 }
 
+// A chain of what hangs on frames: an animation's end begins the next one, and a timer changes a text that has to be drawn.
+TEST_F(HeadlessHostTest, skippedTimeEndsAsIfItHadBeenSeen)
+{
+    const auto label = add(make<UILabel>(), { 20, 100, 200, 30 });
+    const auto box = add(make<UIView>(), { 0, 0, 10, 10 });
+    box->setBackgroundColor(UIColor::red());
+    const auto play = [&](void (HeadlessHost::*pass)(double)) {
+        std::vector<double> ends;
+        box->setFrame({ 0, 0, 10, 10 });
+        label->setText("0");
+        host.advance(0.1);
+        const double start = host.now();
+        UIView::animate(
+            0.111, 0, UIViewAnimationCurve::linear,
+            [&] {
+                box->setFrame({ 100, 0, 10, 10 });
+            },
+            [&](bool) {
+                ends.push_back(host.now() - start);
+                UIView::animate(0.4, 0, UIViewAnimationCurve::easeIn, [&] { box->setFrame({ 0, 60, 10, 10 }); });
+            });
+        MainQueue::shared().asyncAfter(0.2, [&] { label->setText("1,204 watching"); });
+        const int before = host.frameCount();
+        (host.*pass)(0.4);
+        std::vector<std::uint32_t> pixels;
+        for (int y = 0; y < 450; ++y)
+            pixels.insert(pixels.end(), host.pixels().row(y), host.pixels().row(y) + host.pixels().width());
+        return std::tuple(ends, pixels, host.frameCount() - before);
+    };
+    const auto [endsSeen, pixelsSeen, framesSeen] = play(&HeadlessHost::advance);
+    const auto [ends, pixels, frames] = play(&HeadlessHost::skip);
+    ASSERT_EQ(ends.size(), 1u);
+    EXPECT_NEAR(ends[0], endsSeen[0], 1e-6);
+    EXPECT_TRUE(pixels == pixelsSeen);
+    EXPECT_GT(framesSeen, 20);
+    EXPECT_EQ(frames, 1);
+}
+
 TEST_F(HeadlessHostTest, runsTimersAtTheirTimesBetweenFrames)
 {
     std::vector<double> fired;
