@@ -61,6 +61,7 @@ public:
 
 private:
     friend class UIResponder;
+    friend class UIView;
     friend class UIWindow;
 
     std::shared_ptr<UIResponder> firstResponder() const { return first.lock(); }

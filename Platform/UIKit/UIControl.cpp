@@ -51,6 +51,11 @@ void UIControl::sendActions(UIControlEvent event)
     }
 }
 
+bool UIControl::hasActions(UIControlEvent event) const
+{
+    return std::ranges::any_of(actions, [event](const Entry& entry) { return entry.event == event; });
+}
+
 UIControlState UIControl::state() const
 {
     auto state = UIControlState::normal;

@@ -32,6 +32,7 @@ enum class UIControlEvent : unsigned char {
     editingDidBegin,
     editingChanged,
     editingDidEnd,
+    editingDidEndOnExit, // the return key
 };
 
 enum class UIControlContentHorizontalAlignment : unsigned char { center, left, right, leading, trailing };
@@ -51,11 +52,12 @@ public:
     void removeAction(ActionToken token); // an unknown one changes nothing
     void removeActions(UIControlEvent event);
     void sendActions(UIControlEvent event);
+    bool hasActions(UIControlEvent event) const;
 
     UIControlState state() const;
     bool isEnabled() const { return enabled; }
     // Disabling ends a press without an event; a disabled control takes touches and does nothing with them.
-    void setEnabled(bool enabled);
+    virtual void setEnabled(bool enabled);
     bool isSelected() const { return selected; }
     void setSelected(bool selected);
     bool isHighlighted() const { return highlighted; } // while pressed, and the finger inside

@@ -48,15 +48,25 @@ bool UIResponder::becomeFirstResponder()
         return true;
     if (present && !present->resignFirstResponder())
         return false;
+    const auto keep = weak(this).lock();
     application.setFirstResponder(this);
-    return true;
+    didBecomeFirstResponder();
+    return isFirstResponder();
 }
 
 bool UIResponder::resignFirstResponder()
 {
-    if (isFirstResponder())
-        UIApplication::shared().setFirstResponder(nullptr);
+    giveUpFirstResponder();
     return true;
+}
+
+void UIResponder::giveUpFirstResponder()
+{
+    if (!isFirstResponder())
+        return;
+    const auto keep = weak(this).lock();
+    UIApplication::shared().setFirstResponder(nullptr);
+    didResignFirstResponder();
 }
 
 bool UIResponder::isFirstResponder() const { return UIApplication::shared().firstResponder().get() == this; }

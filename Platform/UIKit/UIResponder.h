@@ -34,6 +34,8 @@ public:
     virtual bool becomeFirstResponder(); // false when it cannot, or the present one does not let go
     virtual bool resignFirstResponder(); // true when it is not the first responder any more
     bool isFirstResponder() const;
+    // The same, but nobody is asked: what resignFirstResponder would refuse happens too.
+    void giveUpFirstResponder();
     // Null unless one can write in it; keyboards appear for one that has it.
     virtual UITextInput* textInput() { return nullptr; }
     // Typed text, UTF-8, and the key that takes the last character back. What is not handled goes along the chain.
@@ -41,6 +43,11 @@ public:
     virtual void deleteBackward();
     // False when nothing along the chain does anything with that key.
     virtual bool pressKey(UIKey key);
+
+protected:
+    // Hooks, empty: it has just got the role, or lost it. They may end the responder.
+    virtual void didBecomeFirstResponder() { }
+    virtual void didResignFirstResponder() { }
 };
 
 } // namespace platform

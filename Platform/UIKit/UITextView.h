@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/UIKit/NSAttributedString.h"
+#include "Platform/UIKit/NSRange.h"
 #include "Platform/UIKit/UIScrollView.h"
 
 #include <memory>
@@ -13,12 +14,6 @@ namespace platform {
 class UILongPressGestureRecognizer;
 class UITextView;
 class UITouch;
-
-// A stretch of a text, in bytes of its UTF-8.
-struct NSRange {
-    std::size_t location = 0, length = 0;
-    bool operator==(const NSRange&) const = default;
-};
 
 enum class UIDataDetectorTypes : unsigned char { none, link };
 enum class UITextItemInteraction : unsigned char { invokeDefaultAction }; // a tap

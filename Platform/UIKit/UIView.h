@@ -158,6 +158,10 @@ public:
     static void performWithoutAnimation(const std::function<void()>& changes);
     static double inheritedAnimationDuration(); // seconds, of the block that is being run; 0 outside
 
+    // Takes the role of first responder from this view or whatever below it has it. One that would keep it is asked, unless forced.
+    // True when none here has it any more.
+    bool endEditing(bool force);
+
     // UIResponder
     UIResponder* nextResponder() const override; // its controller, else the superview
     // UILayoutItem

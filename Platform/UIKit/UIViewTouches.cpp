@@ -1,4 +1,5 @@
-// Which view a touch belongs to, and the recognisers that watch over it.
+// Which view a touch belongs to, the recognisers that watch over it, and the end of writing in it.
+#include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIGestureRecognizer.h"
 #include "Platform/UIKit/UIView.h"
 
@@ -60,6 +61,18 @@ void UIView::removeGestureRecognizer(const UIGestureRecognizer& recognizer)
     gestureRecognizers_.erase(found);
     removed->view_ = nullptr;
     removed->cancel();
+}
+
+bool UIView::endEditing(bool force)
+{
+    const auto responder = UIApplication::shared().firstResponder();
+    const auto* view = dynamic_cast<const UIView*>(responder.get());
+    if (!view || !view->isDescendant(*this))
+        return true;
+    if (!force)
+        return responder->resignFirstResponder();
+    responder->giveUpFirstResponder();
+    return true;
 }
 
 } // namespace platform

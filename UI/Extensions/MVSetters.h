@@ -4,6 +4,7 @@
 #include "Platform/UIKit/UIImageView.h"
 #include "Platform/UIKit/UILabel.h"
 #include "Platform/UIKit/UIStackView.h"
+#include "Platform/UIKit/UITextField.h"
 #include "UI/Extensions/MVSetter.h"
 
 namespace mv {
@@ -42,13 +43,14 @@ inline auto setContentMode(UIViewContentMode mode)
     return Setter { [=](UIView& view) { view.setContentMode(mode); } };
 }
 
-// Labels, and the titles of buttons.
+// Labels, the titles of buttons, and text fields.
 
 inline auto setFont(const UIFont& font)
 {
     return Setter { OneOf {
         [=](UILabel& label) { label.setFont(font); },
         [=](UIButton& button) { button.titleLabel()->setFont(font); },
+        [=](UITextField& field) { field.setFont(font); },
     } };
 }
 inline auto setTitleColor(const UIColor& color)
@@ -66,6 +68,21 @@ inline auto setNumberOfLine(int count)
 inline auto setText(std::optional<std::string> text) // absent clears it
 {
     return Setter { [text = std::move(text)](UILabel& label) { label.setText(text); } };
+}
+
+// Text fields.
+
+inline auto setTextColor(const UIColor& color)
+{
+    return Setter { [=](UITextField& field) { field.setTextColor(color); } };
+}
+inline auto setAttributedPlaceHolder(const NSAttributedString& placeholder)
+{
+    return Setter { [=](UITextField& field) { field.setAttributedPlaceholder(placeholder); } };
+}
+inline auto setBorderStyle(UITextBorderStyle style)
+{
+    return Setter { [=](UITextField& field) { field.setBorderStyle(style); } };
 }
 
 // Image views.

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "Platform/UIKit/NSAttributedString.h"
+#include "Platform/UIKit/NSRange.h"
+#include "Platform/UIKit/TextEditor.h"
+#include "Platform/UIKit/UIControl.h"
+#include "Platform/UIKit/UITextInput.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace platform {
+
+class EditedLine;
+class TextCaret;
+class UILabel;
+class UITextField;
+
+enum class UITextBorderStyle : unsigned char { none, line, bezel, roundedRect };
+
+class UITextFieldDelegate {
+public:
+    virtual ~UITextFieldDelegate() = default;
+    virtual bool textFieldShouldBeginEditing(UITextField& /*textField*/) { return true; }
+    virtual void textFieldDidBeginEditing(UITextField& /*textField*/) { }
+    virtual bool textFieldShouldEndEditing(UITextField& /*textField*/) { return true; } // not asked when it loses its window
+    virtual void textFieldDidEndEditing(UITextField& /*textField*/) { }
+    // Whether the return key is to have its effect: the event editingDidEndOnExit and, when somebody takes that, the end of
+    // editing. Without such an action the field goes on being edited.
+    virtual bool textFieldShouldReturn(UITextField& /*textField*/) { return true; }
+    // Before the viewer's own changes: what of the text (bytes of its UTF-8) will be replaced, and by what.
+    virtual bool textFieldShouldChangeCharacters(
+        UITextField& /*textField*/, NSRange /*range*/, const std::string& /*replacement*/)
+    {
+        return true;
+    }
+};
+
+// A single line of text that the viewer writes. It is edited while it is the first responder; leaving the window, being hidden or
+// disabled ends that. Lengths are points. Main thread.
+class UITextField : public UIControl, private UITextInput {
+public:
+    explicit UITextField(const CGRect& frame = {});
+    ~UITextField() override;
+
+    // Empty for none. Valid UTF-8 in one line: line breaks and tabs become spaces, other control characters go, an invalid
+    // sequence becomes U+FFFD. Setting it moves the caret to its end, ends a composition and sends no event.
+    const std::string& text() const { return editor.text(); }
+    void setText(const std::string& text);
+    void setText(const std::optional<std::string>& text) { setText(text.value_or(std::string())); }
+    void setText(const char* text) { setText(std::string(text)); }
+    // Shown while there is no text. The plain one takes the field's font, in a faint colour.
+    std::string placeholder() const { return placeholder_.string(); }
+    void setPlaceholder(const std::string& placeholder);
+    const NSAttributedString& attributedPlaceholder() const { return placeholder_; }
+    void setAttributedPlaceholder(const NSAttributedString& placeholder);
+
+    const UIFont& font() const { return font_; } // the system's in 17 points at first
+    void setFont(const UIFont& font);
+    const UIColor& textColor() const { return textColor_; } // the label colour at first; the caret has the tint's
+    void setTextColor(const UIColor& color);
+    // Natural and left follow the interface's direction.
+    NSTextAlignment textAlignment() const { return textAlignment_; }
+    void setTextAlignment(NSTextAlignment alignment);
+    UITextBorderStyle borderStyle() const { return borderStyle_; } // none at first
+    void setBorderStyle(UITextBorderStyle style);
+
+    bool isEditing() const { return editing; }
+    void setDelegate(std::weak_ptr<UITextFieldDelegate> newDelegate) { delegate = std::move(newDelegate); }
+    UIReturnKeyType returnKeyType() const { return traits.returnKeyType; }
+    void setReturnKeyType(UIReturnKeyType type) { traits.returnKeyType = type; }
+    UITextAutocapitalizationType autocapitalizationType() const { return traits.autocapitalization; }
+    void setAutocapitalizationType(UITextAutocapitalizationType type) { traits.autocapitalization = type; }
+
+    // What of the text is selected, of length 0 where there is only a caret; bytes of its UTF-8.
+    NSRange selectedRange() const { return editor.selection(); }
+    void setSelectedRange(NSRange range);
+    std::optional<NSRange> markedRange() const { return editor.markedRange(); } // what an input method is composing
+
+    // Where text and caret lie in bounds of that size: inside the border at rest, the same while editing, and the same for the
+    // placeholder, unless overridden.
+    virtual CGRect textRect(const CGRect& bounds) const;
+    virtual CGRect editingRect(const CGRect& bounds) const { return textRect(bounds); }
+    virtual CGRect placeholderRect(const CGRect& bounds) const { return editing ? editingRect(bounds) : textRect(bounds); }
+
+    // UIControl
+    void setEnabled(bool enabled) override;
+    // UIView
+    void setHidden(bool hidden) override;
+    CGSize intrinsicContentSize() const override;
+    CGSize sizeThatFits(const CGSize& size) const override;
+    // UIResponder
+    bool canBecomeFirstResponder() const override;
+    bool becomeFirstResponder() override;
+    bool resignFirstResponder() override;
+    UITextInput* textInput() override { return this; }
+    void insertText(const std::string& text) override; // a lone line break is the return key
+    void deleteBackward() override;
+    bool pressKey(UIKey key) override;
+
+protected:
+    // UIResponder
+    void didBecomeFirstResponder() override;
+    void didResignFirstResponder() override;
+    // UIControl
+    bool beginTracking(UITouch& touch) override;
+    void endTracking(UITouch* touch) override;
+    // UIView
+    void willMoveToWindow(UIWindow* window) override;
+    void layoutSubviews() override;
+    void boundsDidChange(const CGRect& previous) override;
+    void tintColorDidChange() override;
+    void traitCollectionDidChange(const UITraitCollection& previous) override;
+    CGFloat firstBaselineOffset() const override;
+    CGFloat lastBaselineOffset() const override;
+
+private:
+    // UITextInput
+    bool hasText() const override { return !editor.text().empty(); }
+    std::string textBeforeCaret() const override { return editor.text().substr(0, editor.selection().location); }
+    UITextInputTraits inputTraits() const override { return traits; }
+    void setMarkedText(const std::string& text, std::size_t caret) override;
+    void unmarkText() override;
+    CGRect caretRect() const override;
+    bool canPerform(UIEditAction action) const override;
+    void perform(UIEditAction action) override;
+
+    bool isRightToLeft() const;
+    CGRect presentTextRect() const;
+    bool change(NSRange range, const std::string& replacement);
+    bool mayChange(NSRange range, const std::string& replacement);
+    void pressReturn();
+    void contentChanged();
+    void caretMoved();
+
+    TextEditor editor;
+    NSAttributedString placeholder_;
+    UIFont font_;
+    UIColor textColor_;
+    UITextInputTraits traits;
+    NSTextAlignment textAlignment_ = NSTextAlignment::natural;
+    UITextBorderStyle borderStyle_ = UITextBorderStyle::none;
+    bool editing = false;
+    std::unique_ptr<EditedLine> line; // text, selection and caret as they are seen
+    std::shared_ptr<UILabel> placeholderLabel;
+    std::weak_ptr<UITextFieldDelegate> delegate;
+};
+
+} // namespace platform
