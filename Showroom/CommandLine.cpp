@@ -94,6 +94,10 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& wo
             line.withFilm = true;
             continue;
         }
+        if (option == "--fast" && (line.command == Command::tour || line.command == Command::shop)) {
+            line.isFast = true;
+            continue;
+        }
         if (next == words.size()) {
             problem = option + ": a word is missing after it";
             return std::nullopt;
@@ -112,9 +116,10 @@ const char* CommandLine::usage()
            "showroom scene NAME       brings the shop into that state\n"
            "    --png FILE            writes the picture\n"
            "    --tree FILE           writes the view tree as JSON\n"
-           "showroom tour             plays what there is without a display: pictures and a log of events\n"
+           "showroom tour             plays what there is without a display, in real time: pictures and a log of events\n"
            "    --out FOLDER          where they go, instead of ./Pictures\n"
            "    --video               films it as tour.mp4\n"
+           "    --fast                as fast as it can be drawn, every frame at its time\n"
            "Options of all:\n"
            "    --device phone|small|tablet       --orientation portrait|landscape\n"
            "    --appearance light|dark           --direction ltr|rtl\n";

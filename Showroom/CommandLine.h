@@ -20,6 +20,7 @@ struct CommandLine {
     std::string logFile; // of what happens in the shop's window; empty: none
     std::string folder = "Pictures"; // where a tour leaves what it made
     bool withFilm = false;
+    bool isFast = false; // the tour need not take its time
 
     // Nothing when they cannot be understood; `problem` then says in one line why.
     static std::optional<CommandLine> parse(const std::vector<std::string>& words, std::string& problem);

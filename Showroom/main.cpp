@@ -42,7 +42,7 @@ bool writeScene(const CommandLine& line)
 
 int leaveTour(const CommandLine& line)
 {
-    HeadlessHost host(line.device, line.state);
+    HeadlessHost host(line.device, line.state, line.isFast ? HostTime::manual : HostTime::real);
     ShowroomApp app(line.state);
     const bool whole = playTour(app, host, line.folder, line.withFilm);
     const auto folder = std::filesystem::absolute(line.folder).lexically_normal().string();

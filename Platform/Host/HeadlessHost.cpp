@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <poll.h>
 
 namespace platform {
 
@@ -24,8 +25,10 @@ bool isFrameTime(double time)
 
 } // namespace
 
-HeadlessHost::HeadlessHost(HostDevice model, const DeviceState& state)
-    : device_((Clock::setCurrent(&clock), std::move(model)), state)
+HeadlessHost::HeadlessHost(HostDevice model, const DeviceState& state, HostTime time)
+    : time_(time)
+    , device_(
+          (Clock::setCurrent(time == HostTime::real ? static_cast<Clock*>(&realClock) : &manualClock), std::move(model)), state)
 {
     UIApplication::shared().setHost(this);
 }
@@ -48,6 +51,8 @@ void HeadlessHost::skip(double seconds)
 
 void HeadlessHost::goOn(double seconds)
 {
+    if (time_ == HostTime::real)
+        return goOnForReal(seconds);
     MainQueue::shared().waitUntilQuiescent();
     drawIfNeeded();
     const double end = now() + std::max(seconds, 0.0);
@@ -60,6 +65,29 @@ void HeadlessHost::goOn(double seconds)
         if (isFrameTime(now()) || now() >= end - instant)
             drawIfNeeded();
     }
+}
+
+void HeadlessHost::goOnForReal(double seconds)
+{
+    const double end = now() + std::max(seconds, 0.0);
+    for (;;) {
+        pass(0);
+        drawIfDue();
+        if (now() >= end)
+            return;
+        const double frame = frameDue.value_or(driver.nextFrameTime());
+        sleepUntil(std::min({ frame, MainQueue::shared().nextDeadline().value_or(end), end }));
+    }
+}
+
+void HeadlessHost::sleepUntil(double wake) const
+{
+    const double seconds = wake - now();
+    if (seconds <= 0)
+        return;
+    pollfd watched { MainQueue::shared().fileDescriptor(), POLLIN, 0 };
+    const timespec timeout { time_t(seconds), long((seconds - std::floor(seconds)) * 1e9) };
+    ppoll(&watched, 1, &timeout, nullptr);
 }
 
 void HeadlessHost::touchDown(CGPoint point, int finger)
@@ -123,7 +151,8 @@ void HeadlessHost::pressDelete()
 
 const Bitmap& HeadlessHost::pixels()
 {
-    drawIfNeeded();
+    if (time_ == HostTime::manual || !driver.frame())
+        drawIfNeeded();
     return *driver.frame();
 }
 
@@ -141,8 +170,28 @@ void HeadlessHost::drawIfNeeded()
     const bool timeWentOn = now() > drawnAt + instant;
     const bool due = timeWentOn && (driver.isMoving() || driver.nextFrameTime() <= now() + instant);
     const bool isOwed = isSeen && driver.isBehind();
-    if (!driver.hasChanged() && !due && !isOwed)
+    if (driver.hasChanged() || due || isOwed)
+        draw();
+}
+
+// A frame a sixtieth: what has changed since the last one is shown at the next, or at once when that one is past.
+void HeadlessHost::drawIfDue()
+{
+    driver.setScreen(device_.pixelWidth(), device_.pixelHeight(), device_.model().scale);
+    const double time = now();
+    if (!driver.needsFrame() && driver.nextFrameTime() > time)
+        return frameDue.reset();
+    if (!frameDue)
+        frameDue = std::max(nextFrame(drawnAt), time);
+    if (time < *frameDue)
         return;
+    dropped += int((time - *frameDue) * framesPerSecond);
+    draw();
+    frameDue = driver.needsFrame() ? std::optional(nextFrame(drawnAt)) : std::nullopt;
+}
+
+void HeadlessHost::draw()
+{
     drawnAt = now();
     if (!isSeen)
         return driver.passFrame(drawnAt);
@@ -150,6 +199,12 @@ void HeadlessHost::drawIfNeeded()
     ++frames;
 }
 
-void HeadlessHost::pass(double seconds) { MainQueue::shared().advance(clock, seconds); }
+void HeadlessHost::pass(double seconds)
+{
+    if (time_ == HostTime::real)
+        MainQueue::shared().run(now());
+    else
+        MainQueue::shared().advance(manualClock, seconds);
+}
 
 } // namespace platform

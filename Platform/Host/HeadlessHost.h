@@ -6,22 +6,32 @@
 #include "Platform/Host/SimulatedDevice.h"
 #include "Platform/UIKit/UIApplication.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace platform {
 
-// A host without a display: time stands still until it is moved, and every frame is there as pixels. One at a time. Main thread.
+// How time passes for a host without a display.
+enum class HostTime : unsigned char {
+    manual, // stands still until it is moved; nothing is late
+    real, // goes on by itself; a frame that comes late is dropped, and nothing waits for work under way
+};
+
+// A host without a display, whose frames are there as pixels. One at a time. Main thread.
 class HeadlessHost final : private UIApplicationHost {
 public:
-    explicit HeadlessHost(HostDevice model = HostDevice::phone(), const DeviceState& state = {});
+    explicit HeadlessHost(
+        HostDevice model = HostDevice::phone(), const DeviceState& state = {}, HostTime time = HostTime::manual);
     ~HeadlessHost() override;
     HeadlessHost(const HeadlessHost&) = delete;
     HeadlessHost& operator=(const HeadlessHost&) = delete;
 
-    double now() const { return clock.now(); } // seconds
+    HostTime time() const { return time_; }
+    double now() const { return clock().now(); } // seconds
     // Lets so many seconds pass: frames at every sixtieth of a second while something moves, queued blocks and timers at their
-    // exact times, and a last frame at the end. Returns when all counted jobs are done. 0 draws what has changed.
+    // times. With manual time these are exact, a last frame is drawn at the end, and all counted jobs are done on return. 0 draws
+    // what has changed.
     void advance(double seconds);
     // The same for whoever looks at the end only: no pixels on the way, but what moves or happens does so in the same frames.
     void skip(double seconds);
@@ -45,27 +55,37 @@ public:
     void setDirection(UIUserInterfaceLayoutDirection direction) { device_.setDirection(direction); }
     void setKeyboardHeight(CGFloat height, double duration = 0.25) { device_.setKeyboardHeight(height, duration); }
 
-    const Bitmap& pixels(); // of the last frame; draws the first one if there is none
+    const Bitmap& pixels(); // of the last frame; draws the first one if there is none, and with manual time what has changed
     bool writePicture(const std::string& path); // as PNG; false after one console line
     const FrameChange& lastChange() const { return change; } // of the last drawn frame
     int frameCount() const { return frames; } // drawn so far
+    int droppedFrameCount() const { return dropped; } // of what moved, in real time
     const std::vector<URL>& openedURLs() const { return opened; } // what the application asked to be opened
     bool isIdleTimerDisabled() const { return idleTimerDisabled; }
 
 private:
     bool open(const URL& url) override;
     void setIdleTimerDisabled(bool disabled) override { idleTimerDisabled = disabled; }
+    const Clock& clock() const { return time_ == HostTime::real ? static_cast<const Clock&>(realClock) : manualClock; }
     void goOn(double seconds);
+    void goOnForReal(double seconds);
+    void sleepUntil(double wake) const;
     void drawIfNeeded();
+    void drawIfDue();
+    void draw();
     void pass(double seconds);
 
-    ManualClock clock;
+    const HostTime time_;
+    ManualClock manualClock;
+    RealClock realClock;
     SimulatedDevice device_;
     FrameDriver driver;
     FrameChange change;
     std::vector<URL> opened;
     double drawnAt = -1; // the last frame's time
+    std::optional<double> frameDue; // in real time: when the frame that is wanted should be there
     int frames = 0;
+    int dropped = 0;
     bool isSeen = true; // frames are drawn
     bool idleTimerDisabled = false;
 };

@@ -10,9 +10,10 @@ namespace platform {
 class FilmEncoder {
 public:
     virtual ~FilmEncoder() = default;
-    // The next frame (rows of 0xXXRRGGBB words, `stride` bytes apart). Waits while the encoder is behind. False when the film has
+    // What is shown from that frame of the film on, later than the one before (rows of 0xXXRRGGBB words, `stride` bytes apart).
+    // While the encoder is behind it waits if it may, else the picture is left out. False when it was left out or the film has
     // failed.
-    virtual bool add(const std::uint32_t* pixels, int stride, int width, int height) = 0;
+    virtual bool add(std::int64_t number, const std::uint32_t* pixels, int stride, int width, int height, bool mayWait) = 0;
     // Ends the film; true when the file is whole. `problem` says otherwise why it is not.
     virtual bool finish(std::string& problem) = 0;
 };
@@ -22,8 +23,9 @@ class RecorderModule {
 public:
     static constexpr const char* moduleInterface = "recorder 1";
     virtual ~RecorderModule() = default;
-    // An MP4 file of H.264 pictures of that size (even numbers of pixels) at so many frames a second; a frame of another shape is
-    // fitted between black bars. Null when it cannot be made; `problem` then says why.
+    // An MP4 file of H.264 pictures of that size (even numbers of pixels) at so many frames a second; what is shown longer than
+    // one is repeated, and what has another shape is fitted between black bars. Null when it cannot be made; `problem` then says
+    // why.
     virtual std::unique_ptr<FilmEncoder> open(
         const std::string& path, int width, int height, int framesPerSecond, std::string& problem)
         = 0;

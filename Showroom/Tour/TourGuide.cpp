@@ -1,6 +1,7 @@
 #include "Showroom/Tour/TourGuide.h"
 
 #include "Platform/CoreGraphics/Bitmap.h"
+#include "Platform/CoreGraphics/CGImage.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Showroom/Service/CannedService.h"
 #include "Showroom/Tour/ScreenReader.h"
@@ -18,30 +19,14 @@ constexpr double tapLength = 0.08; // seconds
 
 JSONArray place(CGPoint point) { return { std::round(point.x * 10) / 10, std::round(point.y * 10) / 10 }; }
 
-constexpr double markRadius = 18; // points
-constexpr double markStrength = 0.35; // 0 to 1
+constexpr double patience = 5; // seconds that a viewer waits for something to tap
+constexpr double lookInterval = 0.1; // seconds between two looks for what a viewer waits for
 
-// A copy of the frame with a gray disc where the finger touches, so that whoever watches the film sees what moves the screen.
-std::shared_ptr<const Bitmap> withMark(const Bitmap& frame, CGPoint point, double scale)
+std::shared_ptr<const Bitmap> copyOf(const Bitmap& frame)
 {
     auto copy = Bitmap::make(frame.width(), frame.height(), frame.format());
-    if (!copy)
-        return nullptr;
-    for (int y = 0; y < frame.height(); ++y)
-        std::copy_n(frame.row(y), frame.width(), copy->row(y));
-    const double x = point.x * scale, y = point.y * scale, radius = markRadius * scale;
-    const int left = std::max(int(x - radius), 0), right = std::min(int(x + radius) + 1, frame.width());
-    const int top = std::max(int(y - radius), 0), bottom = std::min(int(y + radius) + 1, frame.height());
-    for (int row = top; row < bottom; ++row) {
-        for (int column = left; column < right; ++column) {
-            const double inside = std::clamp(radius - std::hypot(column + 0.5 - x, row + 0.5 - y), 0.0, 1.0) * markStrength;
-            auto& pixel = copy->row(row)[column];
-            std::uint32_t blended = 0;
-            for (int shift = 0; shift < 24; shift += 8)
-                blended |= std::uint32_t((pixel >> shift & 255) * (1 - inside) + 128 * inside) << shift;
-            pixel = blended;
-        }
-    }
+    if (copy)
+        std::copy_n(frame.data(), frame.byteCount(), copy->data());
     return copy;
 }
 
@@ -50,12 +35,13 @@ std::shared_ptr<const Bitmap> withMark(const Bitmap& frame, CGPoint point, doubl
 TourGuide::TourGuide(HeadlessHost& newHost, std::string newFolder, bool withFilm, const CannedService* newService)
     : host(newHost)
     , folder(std::move(newFolder))
+    , start(newHost.now())
     , service(newService)
     , events(folder + "/events.jsonl", std::ios::binary)
 {
     if (withFilm) {
-        film = ScreenRecorder::open(folder + "/tour.mp4", host);
-        faultless = film != nullptr;
+        recorder = ScreenRecorder::open(folder + "/tour.mp4", host);
+        faultless = recorder != nullptr;
     }
 }
 
@@ -65,9 +51,21 @@ void TourGuide::wait(double seconds)
     logCalls();
 }
 
+bool TourGuide::waitFor(std::string_view nameOrText, double seconds)
+{
+    const double end = host.now() + seconds;
+    while (!findOnScreen(host.device(), nameOrText)) {
+        if (host.now() >= end)
+            return false;
+        wait(lookInterval);
+    }
+    return true;
+}
+
 bool TourGuide::tap(std::string_view nameOrText)
 {
     pass(0); // what the viewer sees is what is hit
+    waitFor(nameOrText, patience);
     const auto frame = findOnScreen(host.device(), nameOrText);
     if (!frame) {
         faultless = false;
@@ -132,7 +130,9 @@ void TourGuide::takePicture(const std::string& name)
     char number[16];
     std::snprintf(number, sizeof number, "%02d-", ++pictures);
     const auto file = number + name + ".png";
-    faultless = host.writePicture(folder + "/" + file) && faultless;
+    written.push_back(std::async(std::launch::async, [frame = copyOf(host.pixels()), path = folder + "/" + file] {
+        return frame && writePNG(*frame, path); // takes too long for the frames that go on meanwhile
+    }));
     log("picture", { { "file", file } });
 }
 
@@ -140,16 +140,23 @@ void TourGuide::note(const std::string& what) { log("note", { { "text", what } }
 
 bool TourGuide::finish()
 {
-    if (film && !film->finish())
-        faultless = false;
-    log("end", { { "pictures", pictures }, { "filmFrames", film ? film->frameCount() : 0 } });
+    for (auto& picture : written)
+        faultless = picture.get() && faultless;
+    JSONObject detail { { "pictures", pictures }, { "frames", host.frameCount() }, { "dropped", host.droppedFrameCount() } };
+    if (recorder) {
+        recorder->add(host.pixels(), time());
+        faultless = recorder->finish() && faultless;
+        detail.append("filmFrames", recorder->frameCount());
+        detail.append("filmLeftOut", recorder->leftOutCount());
+    }
+    log("end", std::move(detail));
     events.close();
     return faultless && !events.fail();
 }
 
 void TourGuide::log(const char* event, JSONObject detail)
 {
-    JSONObject line { { "at", std::round(host.now() * 1000) / 1000 }, { "event", event } };
+    JSONObject line { { "at", std::round(time() * 1000) / 1000 }, { "event", event } };
     for (const auto& [key, value] : detail)
         line.append(key, value);
     events << JSONValue(std::move(line)).print(JSONStyle::compact) << '\n';
@@ -167,16 +174,25 @@ void TourGuide::logCalls()
 void TourGuide::pass(double seconds)
 {
     const double end = host.now() + seconds;
-    while (film) {
-        const double next = double(filmed + 1) / ScreenRecorder::framesPerSecond;
+    while (recorder) {
+        constexpr double rate = ScreenRecorder::framesPerSecond;
+        const double next = start + (std::floor(time() * rate + 1e-6) + 1) / rate;
         if (next > end + 1e-9)
             break;
-        host.advance(std::max(next - host.now(), 0.0));
-        const auto marked = finger ? withMark(host.pixels(), *finger, host.device().model().scale) : nullptr;
-        film->add(marked ? *marked : host.pixels());
-        ++filmed;
+        host.advance(next - host.now());
+        film();
     }
     host.advance(std::max(end - host.now(), 0.0));
+}
+
+void TourGuide::film()
+{
+    if (host.frameCount() == filmedFrame && finger == filmedFinger)
+        return;
+    if (!recorder->add(host.pixels(), time(), finger))
+        return; // tried again at the film's next frame
+    filmedFrame = host.frameCount();
+    filmedFinger = finger;
 }
 
 } // namespace showroom

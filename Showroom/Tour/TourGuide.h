@@ -5,6 +5,7 @@
 #include "Platform/Host/ScreenRecorder.h"
 
 #include <fstream>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +26,8 @@ public:
     TourGuide(HeadlessHost& host, std::string folder, bool withFilm, const CannedService* service);
 
     void wait(double seconds);
+    // Waits until something of that name or text can be touched, at most so many seconds.
+    bool waitFor(std::string_view nameOrText, double seconds);
     // False, after a line in the log, when there is nothing of that name or text on the screen.
     bool tap(std::string_view nameOrText);
     // A finger that goes from one part of the screen to another (0 to 1 from its leading top) within so many seconds.
@@ -32,7 +35,7 @@ public:
     void rotate(UIDeviceOrientation orientation);
     void setAppearance(UIUserInterfaceStyle appearance);
     void setDirection(UIUserInterfaceLayoutDirection direction);
-    // Writes what is on the screen as NUMBER-NAME.png.
+    // Writes what is on the screen as NUMBER-NAME.png, which is there after finish.
     void takePicture(const std::string& name);
     // A remark in the log.
     void note(const std::string& what);
@@ -44,16 +47,21 @@ public:
 private:
     void log(const char* event, JSONObject detail);
     void logCalls();
+    double time() const { return host.now() - start; }
     void pass(double seconds);
+    void film();
 
     HeadlessHost& host;
     const std::string folder;
+    const double start; // on the host's clock
     const CannedService* service;
     std::ofstream events;
-    std::unique_ptr<ScreenRecorder> film;
+    std::unique_ptr<ScreenRecorder> recorder; // null without a film
     std::optional<CGPoint> finger; // where it touches
+    std::vector<std::future<bool>> written; // pictures
     std::size_t loggedCalls = 0;
-    long filmed = 0; // frames
+    int filmedFrame = -1; // the host's that was filmed last
+    std::optional<CGPoint> filmedFinger;
     int pictures = 0;
     bool faultless = true;
 };

@@ -32,7 +32,9 @@ TEST(CommandLine, readsATourWithItsOptions)
     EXPECT_EQ(line->folder, "a b");
     EXPECT_TRUE(line->withFilm);
     EXPECT_EQ(line->device.name, "small");
+    EXPECT_FALSE(line->isFast);
     EXPECT_FALSE(CommandLine::parse({ "tour" }, problem)->withFilm);
+    EXPECT_TRUE(CommandLine::parse({ "tour", "--fast" }, problem)->isFast);
 }
 
 TEST(CommandLine, saysInOneLineWhatItCannotUnderstand)
@@ -48,6 +50,7 @@ TEST(CommandLine, saysInOneLineWhatItCannotUnderstand)
         { { "scene", "gallery", "--appearance", "pink" }, "--appearance \"pink\" is not one of: dark light" },
         { { "scene", "gallery", "--png" }, "--png: a word is missing after it" },
         { { "tour", "--out" }, "--out: a word is missing after it" },
+        { { "scene", "gallery", "--fast" }, "--fast: a word is missing after it" },
         { { "scene", "gallery", "--video" }, "--video: a word is missing after it" },
         { { "--out", "x" }, "\"--out\" is no option" },
         { { "--volume", "3" }, "\"--volume\" is no option" },

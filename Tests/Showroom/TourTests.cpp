@@ -1,13 +1,17 @@
 #include "Showroom/Tour/Tour.h"
 #include "Showroom/Tour/TourGuide.h"
 
+#include "Platform/AVFoundation/AVPlayer.h"
+#include "Platform/AVFoundation/AVPlayerLayer.h"
 #include "Platform/Foundation/JSON.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Service/Mivora.h"
+#include "Showroom/Media/FrameCode.h"
 #include "Showroom/ShowroomApp.h"
+#include "UI/Utils/MVUtilities.h"
 
 #include <gtest/gtest.h>
 
@@ -116,7 +120,50 @@ TEST_F(TourTest, dragsAFingerAndTellsWhatTheServiceIsAsked)
     EXPECT_EQ(log[0]["from"][1].number(), 454.4);
     EXPECT_EQ(log[0]["to"][1].number(), 170.4);
     EXPECT_EQ(log[1]["service"].text(), "getBroadcast glow-bar");
-    EXPECT_EQ(log[2]["filmFrames"].number(), 99) << "3.3 seconds";
+    EXPECT_EQ(log[2]["filmFrames"].number(), 100) << "3.3 seconds, and what is there at their end";
+}
+
+// The host's video carries the number of each of its frames (30 a second), which the film of the screen must tell at the same
+// pace.
+TEST_F(TourTest, filmsAShowInItsOwnTime)
+{
+    const LogCapture console; // the kit tells of the stream
+    {
+        HeadlessHost host(HostDevice::smallPhone(), {}, HostTime::real);
+        ShowroomApp app(host.device().state());
+        app.openShop();
+        TourGuide guide(host, folder, true, app.service());
+        EXPECT_TRUE(guide.tap(mv::MVLocalized("mvJoinNow")));
+        EXPECT_TRUE(guide.waitFor("LIVE", 10));
+        guide.wait(4);
+        EXPECT_TRUE(guide.finish());
+    }
+    struct Seen {
+        double time; // of the film
+        int number;
+    };
+    std::vector<Seen> seen;
+    HeadlessHost host(HostDevice::smallPhone());
+    const auto player = make<AVPlayer>(make<AVPlayerItem>(URL::fileURL((folder / "tour.mp4").string())));
+    const auto screen = make<AVPlayerLayer>();
+    const auto window = make<UIWindow>();
+    screen->setPlayer(player);
+    screen->setFrame(window->bounds());
+    window->layer()->addSublayer(screen);
+    window->makeKeyAndVisible();
+    host.advance(0);
+    player->play();
+    for (host.advance(0); player->currentTime() < player->currentItem()->duration(); host.advance(1.0 / 30)) {
+        const auto& pixels = host.pixels();
+        const auto number = media::frameCode::read(pixels.row(0), pixels.stride() / 4, pixels.width(), pixels.height());
+        if (number && (seen.empty() || *number != seen.back().number))
+            seen.push_back({ player->currentTime(), *number });
+    }
+    ASSERT_GT(seen.size(), 20u);
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end(), [](const Seen& a, const Seen& b) { return a.number < b.number; }));
+    const double ratio = (seen.back().time - seen.front().time) / ((seen.back().number - seen.front().number) / 30.0);
+    EXPECT_GT(ratio, 0.8);
+    EXPECT_LT(ratio, 1.25);
 }
 
 // The program itself, as `make run` starts it where there is no display.
@@ -125,7 +172,7 @@ TEST_F(TourTest, isPlayedWhereThereIsNoDisplay)
     const auto program = fs::current_path() / "showroom";
     ASSERT_TRUE(fs::exists(program));
     const auto command = "cd '" + folder.string() + "' && env -u DISPLAY -u WAYLAND_DISPLAY '" + program.string()
-        + "' --device small > said.txt 2> console.txt";
+        + "' --fast --device small > said.txt 2> console.txt";
     EXPECT_EQ(std::system(command.c_str()), 0);
     std::ifstream file(folder / "said.txt");
     const std::string said((std::istreambuf_iterator<char>(file)), {});

@@ -16,6 +16,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 namespace platform {
 namespace {
 
@@ -345,6 +348,43 @@ TEST_F(HeadlessHostTest, describesWhatIsOnTheScreen)
     EXPECT_EQ(children[4].print(),
         R"({"class":"UIScrollView","frame":[0,200,100,100],"contentOffset":[0,40],"contentSize":[100,500],)"
         R"("contentInset":[5,0,0,0]})");
+}
+
+TEST(HeadlessHostInRealTime, dropsFramesThatComeLateAndWaitsForNothing)
+{
+    HeadlessHost host(HostDevice::smallPhone(), {}, HostTime::real);
+    const auto window = make<UIWindow>();
+    const auto box = make<UIView>(CGRect { 0, 0, 10, 10 });
+    box->setBackgroundColor(UIColor::red());
+    window->addSubview(box);
+    window->makeKeyAndVisible();
+    const CountedJob endless; // for which manual time would wait
+    host.advance(0);
+    const int before = host.frameCount();
+    EXPECT_EQ(before, 1);
+    host.advance(0.05);
+    EXPECT_EQ(host.frameCount(), before) << "nothing moves";
+
+    const double start = host.now();
+    double end = 0;
+    UIView::animate(
+        0.4, 0, UIViewAnimationCurve::linear,
+        [&] {
+            box->setFrame({ 100, 0, 10, 10 });
+        },
+        [&](bool) { end = host.now(); });
+    MainQueue::shared().asyncAfter(0.1, [&] { std::this_thread::sleep_for(std::chrono::milliseconds(150)); });
+    while (end == 0 && host.now() < start + 20)
+        host.advance(0.05);
+    const double elapsed = host.now() - start;
+    EXPECT_GE(end - start, 0.4);
+    EXPECT_GE(elapsed, 0.4);
+    EXPECT_GE(host.droppedFrameCount(), 7) << "the main thread was busy for nine";
+    EXPECT_GT(host.frameCount() - before, 2);
+    EXPECT_LE(host.frameCount() - before + host.droppedFrameCount(), elapsed * 60 + 3);
+    host.advance(0.05);
+    EXPECT_EQ(host.pixels().row(10)[210] & 0xffffff, 0xff0000u) << "the box is where it was to go";
+    EXPECT_EQ(host.pixels().row(10)[190] & 0xffffff, 0u);
 }
 
 } // namespace

@@ -62,8 +62,8 @@ protected:
     void film(ScreenRecorder& recorder, int frames)
     {
         for (int i = 0; i < frames; ++i) {
+            recorder.add(host.pixels(), host.now());
             host.advance(1.0 / ScreenRecorder::framesPerSecond);
-            recorder.add(host.pixels());
         }
     }
 
@@ -91,19 +91,40 @@ TEST_F(ScreenRecorderTest, filmsEveryFrameAsAPlayerReadsIt)
     EXPECT_NEAR(decoded.times.back() - decoded.times.front(), 59.0 / 30, 0.001);
 }
 
+TEST_F(ScreenRecorderTest, repeatsWhatStaysAndMarksTheFinger)
+{
+    const auto recorder = ScreenRecorder::open(path, host);
+    ASSERT_TRUE(recorder);
+    EXPECT_TRUE(recorder->add(host.pixels(), 0));
+    EXPECT_FALSE(recorder->add(host.pixels(), 0.03)) << "the frame of that time is there";
+    window->setBackgroundColor(UIColor::white());
+    EXPECT_TRUE(recorder->add(host.pixels(), 1.001));
+    EXPECT_TRUE(recorder->add(host.pixels(), 1.5, CGPoint { 160, 284 }));
+    ASSERT_TRUE(recorder->finish());
+
+    const auto decoded = decode(path);
+    ASSERT_EQ(decoded.grays.size(), 46u);
+    EXPECT_NEAR(decoded.times[45] - decoded.times[0], 1.5, 0.001);
+    EXPECT_LT(decoded.grays[29], 40);
+    EXPECT_GT(decoded.grays[30], 225);
+    EXPECT_GT(decoded.grays[44], 225);
+    EXPECT_NEAR(decoded.grays[45], 196, 8);
+}
+
 TEST_F(ScreenRecorderTest, fitsATurnedScreenBetweenBars)
 {
     window->setBackgroundColor(UIColor::white());
     const auto recorder = ScreenRecorder::open(path, host);
     ASSERT_TRUE(recorder);
     film(*recorder, 10);
+    host.advance(0.5);
     host.rotate(UIDeviceOrientation::landscapeLeft);
     film(*recorder, 20);
     ASSERT_TRUE(recorder->finish());
 
     const auto decoded = decode(path);
     EXPECT_EQ(decoded.height, 568) << "the film keeps the size of its beginning";
-    EXPECT_EQ(decoded.grays.size(), 30u);
+    EXPECT_EQ(decoded.grays.size(), 45u);
     EXPECT_GT(decoded.grays.back(), 215);
 }
 

@@ -6,6 +6,7 @@
 #include <gst/gst.h>
 
 #include <cstring>
+#include <utility>
 
 namespace platform {
 
@@ -14,8 +15,13 @@ namespace {
 template <typename Object> struct ObjectDeleter {
     void operator()(Object* object) const { gst_object_unref(object); }
 };
+struct BufferDeleter {
+    void operator()(GstBuffer* buffer) const { gst_buffer_unref(buffer); }
+};
+using BufferPointer = std::unique_ptr<GstBuffer, BufferDeleter>;
 template <typename Object> using ObjectPointer = std::unique_ptr<Object, ObjectDeleter<Object>>;
 
+constexpr unsigned mostWaiting = 8; // pictures; at half of a phone's pixels each way 3 MB each
 constexpr int bitsPerPixelAndFrame = 4; // in sixteenths: enough for texts to stay sharp
 constexpr GstClockTime longestEnding = 30 * GST_SECOND;
 
@@ -48,8 +54,13 @@ public:
     }
     ~Mp4Encoder() override { gst_element_set_state(pipeline.get(), GST_STATE_NULL); }
 
-    bool add(const std::uint32_t* pixels, int stride, int width, int height) override
+    bool add(std::int64_t number, const std::uint32_t* pixels, int stride, int width, int height, bool mayWait) override
     {
+        if (!mayWait && gst_app_src_get_current_level_buffers(GST_APP_SRC(source.get())) >= mostWaiting)
+            return false;
+        // What fills the gaps repeats the nearer picture, so the former one is there up to now.
+        if (last && number > lastNumber + 1 && !push(last.get(), number - 1))
+            return false;
         if (width != frameWidth || height != frameHeight)
             setFrameSize(width, height);
         const auto rowLength = std::size_t(width) * 4;
@@ -64,10 +75,9 @@ public:
             std::memcpy(map.data + y * rowLength, row, rowLength);
         }
         gst_buffer_unmap(buffer, &map);
-        GST_BUFFER_PTS(buffer) = timeOf(count);
-        GST_BUFFER_DURATION(buffer) = timeOf(count + 1) - timeOf(count);
-        ++count;
-        return gst_app_src_push_buffer(GST_APP_SRC(source.get()), buffer) == GST_FLOW_OK;
+        last.reset(buffer);
+        lastNumber = number;
+        return push(buffer, number);
     }
 
     bool finish(std::string& problem) override
@@ -91,6 +101,15 @@ public:
     }
 
 private:
+    // A copy that shares the pixels.
+    bool push(GstBuffer* picture, std::int64_t number)
+    {
+        GstBuffer* shown = gst_buffer_copy(picture);
+        GST_BUFFER_PTS(shown) = timeOf(std::uint64_t(number));
+        GST_BUFFER_DURATION(shown) = timeOf(std::uint64_t(number) + 1) - timeOf(std::uint64_t(number));
+        return gst_app_src_push_buffer(GST_APP_SRC(source.get()), shown) == GST_FLOW_OK;
+    }
+
     GstClockTime timeOf(std::uint64_t frame) const { return gst_util_uint64_scale(frame, GST_SECOND, rate); }
 
     void setFrameSize(int width, int height)
@@ -99,7 +118,7 @@ private:
         frameHeight = height;
         // The words 0xXXRRGGBB, in memory blue first.
         GstCaps* caps = gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "BGRx", "width", G_TYPE_INT, width, "height",
-            G_TYPE_INT, height, "framerate", GST_TYPE_FRACTION, rate, 1, "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, nullptr);
+            G_TYPE_INT, height, "framerate", GST_TYPE_FRACTION, 0, 1, "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, nullptr);
         gst_app_src_set_caps(GST_APP_SRC(source.get()), caps);
         gst_caps_unref(caps);
     }
@@ -107,7 +126,8 @@ private:
     ObjectPointer<GstElement> pipeline, source;
     const int rate;
     int frameWidth = 0, frameHeight = 0;
-    std::uint64_t count = 0;
+    BufferPointer last; // what was added last
+    std::int64_t lastNumber = 0;
 };
 
 class Recorder final : public RecorderModule {
@@ -121,10 +141,11 @@ public:
             return nullptr;
         }
         const auto bits = std::to_string(std::int64_t(width) * height * framesPerSecond * bitsPerPixelAndFrame / 16);
-        const auto description = "appsrc name=source format=time block=true max-buffers=4 max-bytes=0"
-                                 " ! videoscale add-borders=true ! videoconvert"
-                                 " ! video/x-raw,format=I420,pixel-aspect-ratio=1/1,width="
+        const auto description
+            = "appsrc name=source format=time block=true max-bytes=0 max-buffers=" + std::to_string(mostWaiting)
+            + " ! videoscale add-borders=true ! videoconvert ! video/x-raw,format=I420,pixel-aspect-ratio=1/1,width="
             + std::to_string(width) + ",height=" + std::to_string(height)
+            + " ! videorate ! video/x-raw,framerate=" + std::to_string(framesPerSecond) + "/1"
             + " ! openh264enc name=encoder complexity=low gop-size=" + std::to_string(2 * framesPerSecond) + " bitrate=" + bits
             + " ! h264parse ! mp4mux faststart=true ! filesink name=sink";
         GstElement* pipeline = gst_parse_launch(description.c_str(), &error);
