@@ -10,6 +10,8 @@ namespace platform {
 
 namespace {
 
+constexpr double sameOffset = 0.5; // points; offsets lie on pixels, and widths need not
+
 constexpr int searchReach = 200; // items around its former place in which an item is looked for after a reload
 constexpr double narrowest = 1; // points of an item, so that no end of them finds room in the bounds
 
@@ -106,7 +108,7 @@ void UICollectionView::relayout()
         NSLog("collection " + layoutName() + " shows no items: its source counts " + std::to_string(count));
         count = 0;
     }
-    const bool atStart = offset <= smallestOffset();
+    const bool atStart = offset <= smallestOffset() + sameOffset;
     int anchor = -1; // the first item in sight that is still there keeps its distance from the edge
     double distance = 0;
     for (const Item& item : items) {

@@ -242,6 +242,19 @@ TEST_F(UICollectionViewTest, runsFromTheRightWhereTheInterfaceDoes)
     show(1);
     EXPECT_EQ(place(-2), (CGRect { 215, 0, 100, 80 })) << "a single one lies at the right";
 
+    const double width = 393; // four fifths of which lie between two pixels
+    collection->setFrame({ 0, 0, width, 80 });
+    items->size = [width](int) { return CGSize { width * 0.8, 80 }; };
+    show(0);
+    show(5);
+    items->first = -3;
+    show(5);
+    EXPECT_NEAR(place(-3)->maxX(), width - 5, 0.5) << "at the beginning the new one is seen";
+    collection->setFrame({ 0, 0, 320, 80 });
+    items->size = [](int) { return CGSize { 100, 80 }; };
+    items->first = -2;
+    show(1);
+
     turn(UIUserInterfaceLayoutDirection::leftToRight);
     EXPECT_EQ(place(-2), (CGRect { 5, 0, 100, 80 }));
 }
