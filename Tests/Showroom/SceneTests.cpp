@@ -1,8 +1,14 @@
 #include "Showroom/Scenes/Scene.h"
 
+#include "Platform/CoreGraphics/Text/TextLayout.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Host/HeadlessHost.h"
-#include "Platform/Host/ViewTree.h"
+#include "Platform/UIKit/UIApplication.h"
+#include "Platform/UIKit/UIButton.h"
+#include "Platform/UIKit/UIImageView.h"
+#include "Platform/UIKit/UILabel.h"
+#include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UIWindow.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/ScreenReader.h"
 #include "UI/Utils/MVUtilities.h"
@@ -16,23 +22,75 @@ namespace {
 
 using namespace platform;
 
-// Everything shown whose text reaches out of the screen sideways, or into a notch.
-void collectCutOff(const JSONValue& node, const CGRect& safe, std::vector<std::string>& texts)
-{
-    if (!node["visible"].boolean().value_or(true))
-        return;
-    const auto& frame = node["frame"];
-    const double left = *frame[0].number(), right = left + *frame[2].number();
-    const bool isInSight = left < safe.maxX() && right > safe.minX() && *frame[1].number() < safe.maxY();
-    if (node["class"].text() == "MVProductListCollectionCell")
-        return; // which scrolls sideways
-    if (node["class"].text() == "UILabel" && node["textAlignment"].text() != "center" && node["text"].text() && isInSight
-        && (left < safe.minX() - 0.5 || right > safe.maxX() + 0.5))
-        texts.push_back(*node["text"].text());
-    if (const auto* children = node["children"].array())
-        for (const auto& child : *children)
-            collectCutOff(child, safe, texts);
-}
+// Looks at every view on the screen for what no scene may show.
+class Inspection {
+public:
+    explicit Inspection(const SimulatedDevice& device)
+    {
+        const CGSize size = device.size();
+        safe = device.safeArea().inset({ 0, 0, size.width, size.height });
+        for (const auto& window : UIApplication::shared().windows())
+            visit(*window, { { 0, 0, size.width, size.height }, Scrolling::none, false });
+    }
+    const std::vector<std::string>& faults() const { return found; }
+
+private:
+    enum class Scrolling { none, upAndDown, sideways };
+    struct Place {
+        CGRect clip;
+        Scrolling scrolling;
+        bool isInControl;
+    };
+
+    void visit(const UIView& view, Place place)
+    {
+        const CGRect frame = view.convertTo(view.bounds(), nullptr);
+        if (view.isHidden() || view.alpha() == 0)
+            return;
+        if (view.clipsToBounds())
+            place.clip = place.clip.intersection(frame);
+        if (const auto* scroller = dynamic_cast<const UIScrollView*>(&view)) {
+            const bool isSideways = scroller->contentSize().width > scroller->bounds().width + 0.5;
+            place.scrolling = isSideways ? Scrolling::sideways : Scrolling::upAndDown;
+        }
+        if (const auto* label = dynamic_cast<const UILabel*>(&view); label && !label->text().empty())
+            look(*label, place);
+        else if (place.isInControl && dynamic_cast<const UIImageView*>(&view) && place.scrolling == Scrolling::none
+            && !contains(safe, frame))
+            found.push_back("the image of " + view.superview()->accessibilityIdentifier() + " reaches out of the safe area");
+        place.isInControl = place.isInControl || dynamic_cast<const UIControl*>(&view);
+        if (view.accessibilityIdentifier() == "hostVideo"
+            && !contains(frame, view.superview()->convertTo(view.superview()->bounds(), nullptr)))
+            found.push_back("the video leaves a part of its container bare");
+        for (const auto& child : view.subviews())
+            visit(*child, place);
+    }
+
+    void look(const UILabel& label, const Place& place)
+    {
+        const CGRect text = label.convertTo(label.textRect(), nullptr);
+        if (text.intersection(place.clip).isEmpty())
+            return;
+        const auto layout = label.displayedLayout();
+        const bool mayBeCut = label.accessibilityIdentifier() == "descriptionLabel"; // of a card
+        if (!layout || (layout->isTruncated() && !mayBeCut))
+            found.push_back("\"" + label.text() + "\" is cut");
+        const CGRect room { safe.x, place.scrolling == Scrolling::none ? safe.y : text.y, safe.width,
+            place.scrolling == Scrolling::none ? safe.height : text.height };
+        if (place.scrolling != Scrolling::sideways && !contains(room, text))
+            found.push_back("\"" + label.text() + "\" reaches out of the safe area");
+    }
+
+    static bool contains(const CGRect& outer, const CGRect& inner)
+    {
+        constexpr double rounding = 0.5; // points
+        return inner.x >= outer.x - rounding && inner.y >= outer.y - rounding && inner.maxX() <= outer.maxX() + rounding
+            && inner.maxY() <= outer.maxY() + rounding;
+    }
+
+    CGRect safe;
+    std::vector<std::string> found;
+};
 
 // In the scene something of that name, or with the text of that key, is to be seen.
 struct Expectation {
@@ -53,12 +111,18 @@ const Expectation expectations[] = {
     { "live-products-hidden", "LIVE" },
     { "live-login-banner", "Please login to send Chat Messages." },
     { "live-reactions", "LIVE" },
-    { "live-featured", "LIVE" },
+    { "live-featured", "Tall Terracotta Vase with Greek Key" },
     { "alert-stream-error", "Video Stream Error" },
 };
 
 bool showsVideo(std::string_view scene) { return scene.starts_with("live") || scene == "alert-stream-error"; }
 
+UIUserInterfaceStyle other(UIUserInterfaceStyle appearance)
+{
+    return appearance == UIUserInterfaceStyle::light ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light;
+}
+
+// In the appearance of the state first, then in the other one.
 void checkScene(const Expectation& expected, const HostDevice& model, const DeviceState& state)
 {
     SCOPED_TRACE(std::string(expected.scene) + ", " + model.name
@@ -71,39 +135,40 @@ void checkScene(const Expectation& expected, const HostDevice& model, const Devi
     const Scene* scene = findScene(expected.scene);
     ASSERT_TRUE(scene);
     scene->bringAbout(app, host);
-    EXPECT_TRUE(findOnScreen(host.device(), expected.key) || findOnScreen(host.device(), mv::MVLocalized(expected.key)));
-    const auto size = host.device().size();
-    std::vector<std::string> cutOff;
-    const auto tree = viewTree(host.device());
-    collectCutOff(tree["root"], host.device().safeArea().inset({ 0, 0, size.width, size.height }), cutOff);
-    EXPECT_EQ(cutOff, std::vector<std::string> {});
+    const auto check = [&] {
+        EXPECT_TRUE(findOnScreen(host.device(), expected.key) || findOnScreen(host.device(), mv::MVLocalized(expected.key)));
+        EXPECT_EQ(Inspection(host.device()).faults(), std::vector<std::string> {});
+    };
+    check();
     const int frames = host.frameCount();
-    host.advance(1);
     const bool isLive = showsVideo(expected.scene);
     if (expected.scene != "list-loading" && !isLive) {
+        host.advance(1);
         EXPECT_EQ(host.frameCount(), frames) << "a scene stands still";
     }
+    host.setAppearance(other(state.appearance));
+    host.skip(0.1);
+    check();
     for (const auto& line : console.lines())
         EXPECT_TRUE(isLive && (line == "Video Channel Joined Successfully" || line == "Recieved Host Video Stream")) << line;
 }
 
-TEST(Scenes, showWhatTheirNamesSayOnEveryDevice)
+class ScenesOn : public testing::TestWithParam<const char*> { };
+
+TEST_P(ScenesOn, showWhatTheirNamesSay)
 {
+    using Direction = UIUserInterfaceLayoutDirection;
+    const auto device = *HostDevice::named(GetParam());
     for (const auto& expected : expectations) {
-        if (showsVideo(expected.scene)) { // every frame of which takes its time
-            checkScene(expected, HostDevice::smallPhone(), {});
-            continue;
-        }
-        for (const auto& model : { HostDevice::phone(), HostDevice::smallPhone(), HostDevice::tablet() }) {
-            for (const auto orientation : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeLeft }) {
-                checkScene(expected, model, { .orientation = orientation });
-                checkScene(
-                    expected, model, { .orientation = orientation, .direction = UIUserInterfaceLayoutDirection::rightToLeft });
-            }
-            checkScene(expected, model, { .appearance = UIUserInterfaceStyle::dark });
+        for (const auto orientation : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeLeft }) {
+            checkScene(expected, device, { orientation, UIUserInterfaceStyle::light, Direction::leftToRight });
+            checkScene(expected, device, { orientation, UIUserInterfaceStyle::dark, Direction::rightToLeft });
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(EveryDevice, ScenesOn, testing::Values("phone", "small", "tablet"),
+    [](const auto& device) { return std::string(device.param); });
 
 TEST(Scenes, areAlwaysTheSame)
 {
