@@ -89,6 +89,8 @@ void AnimationTimeline::add(CALayer& layer, const CAAnimation& description, cons
         layer.animations_ = std::make_unique<CALayer::Animations>();
     layer.animations_->list.push_back(running);
     all.push_back(std::move(running));
+    if (topmost(&layer)->detached_)
+        noteDetached();
     FrameRequest::noteChange();
 }
 
@@ -197,10 +199,11 @@ void AnimationTimeline::announceEnd(RunningAnimation& animation, bool finished)
         transaction->endOne();
 }
 
-// Its layer, or one above it, was taken out of a tree and not put back in the same turn.
+// Its layer, or one above it, was taken out of a tree and not put back in the same turn. One that waits there would wait for ever,
+// and keep what its end concerns.
 bool AnimationTimeline::isDetached(const RunningAnimation& animation) const
 {
-    return animation.state == RunningAnimation::State::running && animation.animation->removedOnCompletion
+    return animation.state != RunningAnimation::State::finished && animation.animation->removedOnCompletion
         && topmost(animation.layer)->detached_;
 }
 

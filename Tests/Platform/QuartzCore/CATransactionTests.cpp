@@ -99,6 +99,22 @@ TEST_F(AnimationEnds, comeWhenALayerLeavesItsTreeButNotWhenItMoves)
     EXPECT_EQ(toldAt(11), "stays+ moves+ ");
 }
 
+TEST_F(AnimationEnds, comeForWhatNeverBeganBecauseItsLayerHasLeft)
+{
+    layer->addAnimation(noted("left at once"), "a");
+    layer->removeFromSuperlayer();
+    const auto unseen = make<CALayer>();
+    unseen->addAnimation(noted("waits"), "b");
+    frame(10);
+    EXPECT_EQ(toldAt(10.1), "left at once- ");
+    layer->addAnimation(noted("was away"), "c");
+    frame(10.2);
+    EXPECT_EQ(toldAt(10.3), "was away- ");
+    root->addSublayer(unseen);
+    frame(10.4);
+    EXPECT_EQ(toldAt(11.4), "waits+ ") << "its layer had yet to come";
+}
+
 TEST_F(AnimationEnds, leaveAKeptAnimationShowingButStill)
 {
     auto kept = noted("kept");
