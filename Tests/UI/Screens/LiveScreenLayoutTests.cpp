@@ -1,5 +1,8 @@
+#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/UIKit/UIKeyboard.h"
 #include "Tests/UI/Screens/LiveScreenStage.h"
 #include "UI/Extensions/MVBorders.h"
+#include "UI/Extensions/MVColorExtensions.h"
 
 namespace mv {
 namespace {
@@ -32,6 +35,7 @@ protected:
             : CGRect { 0, bottom - 55 - 0.45 * size.height, size.width, 0.45 * size.height };
         EXPECT_TRUE(isNear(at("productChatContainerView"), aligned(panel)));
         EXPECT_TRUE(isNear(at("streamContainerView"), { 0, 0, landscape ? size.width / 2 : size.width, size.height }));
+        EXPECT_TRUE(isNear(at("commentInputView"), { 0, bottom - 50, size.width, 50 + safe.bottom }));
         EXPECT_TRUE(isNear(at("reactionAnimationView"), { -50, bottom - 55 - 300, right + 50, 300 }));
         const CGRect count = at("watchersCountView"), status = at("statusView"), buttons = at("rightButtonContainerView");
         EXPECT_TRUE(isNear({ count.x, count.y, 0, count.height }, { safe.left + 10, safe.top + 15, 0, 35 }));
@@ -116,6 +120,52 @@ TEST_F(LiveScreenLayoutTest, turnsWithinAQuarterOfASecond)
     screen->didDeviceOrientationChanged(UIDeviceOrientation::faceDown);
     host.advance(0.5);
     EXPECT_EQ(shown(), 97.5);
+}
+
+TEST_F(LiveScreenLayoutTest, liftsTheCommentBarWithTheKeyboardAndNothingElse)
+{
+    host.device().setModel(HostDevice::phone());
+    openWithChat({ "m1" });
+    const UIColor clear = UIColor::black().withAlphaComponent(0.5), opaque = colorWithHex("#2c2c2c");
+    struct Case {
+        double keyboard, top, barHeight;
+        const UIColor& background;
+    };
+    const Case cases[] = { { 325, 477, 50, opaque }, { 101, 701, 50, opaque }, { 100, 702, 50, clear }, { 325, 477, 50, opaque },
+        { 20, 768, 64, clear }, { 0, 768, 84, clear } };
+    const CGRect panel = place("productChatContainerView"), stream = place("streamContainerView");
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.keyboard);
+        host.setKeyboardHeight(each.keyboard, 0.4);
+        EXPECT_TRUE(isNear(place("commentInputView"), { 0, each.top, 393, each.barHeight }));
+        EXPECT_EQ(part("commentInputView")->backgroundColor(), each.background);
+        host.advance(0.2);
+        const bool moves = each.keyboard != 0; // the last 20 points lie within the safe area
+        EXPECT_EQ(std::abs(part("commentInputView")->layer()->presentationFrame(host.now()).y - each.top) > 0.2, moves);
+        host.advance(0.25);
+        EXPECT_NEAR(part("commentInputView")->layer()->presentationFrame(host.now()).y, each.top, 1e-6);
+        EXPECT_EQ(place("productChatContainerView"), panel);
+        EXPECT_EQ(place("streamContainerView"), stream);
+    }
+    NotificationCenter::defaultCenter().post(UIKeyboard::willChangeFrameNotification, nullptr, {});
+    EXPECT_NEAR(place("commentInputView").maxY(), 0, 1e-6) << "a keyboard that does not say where it is";
+    rotate(UIDeviceOrientation::landscapeLeft);
+    host.setKeyboardHeight(200);
+    EXPECT_TRUE(isNear(place("commentInputView"), { 0, 393 - 250, 852, 50 }));
+    host.setKeyboardHeight(0);
+    rotate(UIDeviceOrientation::portrait);
+    expectLayout(false);
+}
+
+TEST_F(LiveScreenLayoutTest, laysTheCommentBarAboveTheReactionsAndBelowTheButtons)
+{
+    openWithChat({ "m1" });
+    std::vector<std::string> names;
+    for (const auto& subview : screen->view()->subviews())
+        names.push_back(subview->accessibilityIdentifier());
+    EXPECT_EQ(names,
+        (Lines { "streamContainerView", "watchersCountView", "statusView", "productChatContainerView", "reactionAnimationView",
+            "commentInputView", "rightButtonContainerView" }));
 }
 
 TEST_F(LiveScreenLayoutTest, wearsItsPills)

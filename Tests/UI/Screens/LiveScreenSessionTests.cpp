@@ -62,6 +62,7 @@ TEST_F(LiveScreenStartTest, asksWhoMayNotWriteToLogIn)
             open();
             EXPECT_EQ(bool(find(screen->view(), "loginBannerView")), role != Role::user && !guestsMayChat)
                 << int(role) << guestsMayChat;
+            EXPECT_EQ(part("commentInputView")->isHidden(), role != Role::user && !guestsMayChat);
             EXPECT_EQ(show->calls, startCalls) << "and shows everything all the same";
             navigation->popViewController(false);
         }

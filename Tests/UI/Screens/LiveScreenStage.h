@@ -15,6 +15,7 @@ public:
     std::vector<std::string> calls;
     std::vector<SuccessCompletion> successes; // of the calls so far
     std::vector<MessagesCompletion> pages;
+    std::vector<MessageCompletion> comments; // that were sent
     std::vector<std::shared_ptr<MVProduct>> products;
     std::shared_ptr<MVVideoStreamConfig> stream; // as last played
     std::function<void(const std::string&)> onCall; // within the call
@@ -48,6 +49,15 @@ protected:
         pages.push_back(std::move(completion));
         note("loadChatMessages " + std::to_string(query.limit.value_or(-1)) + " " + std::to_string(query.skip.value_or(-1)));
     }
+    void performSendMessage(const std::string& message, MessageCompletion completion) override
+    {
+        comments.push_back(std::move(completion));
+        note("sendMessage " + message);
+    }
+    void performAddReaction(const std::string& reaction, SuccessCompletion completion) override
+    {
+        note("addReaction " + reaction, std::move(completion));
+    }
 
 private:
     void note(const std::string& call, SuccessCompletion completion = {})
@@ -67,9 +77,14 @@ protected:
     using Screen = MVMivoraScreenViewController;
     using Role = MVCurrentUserType;
 
-    LiveScreenStage() { renewShow(); }
+    LiveScreenStage()
+    {
+        renewShow();
+        service->onCreateGuest = [this](const std::string& name) { show->calls.push_back("createGuestUser " + name); };
+    }
     ~LiveScreenStage() override
     {
+        service->guests.clear();
         screen = nullptr;
         show = nullptr;
         host.setDirection(UIUserInterfaceLayoutDirection::leftToRight);
@@ -235,6 +250,7 @@ protected:
     // Who listens to the service, to the video and to the system.
     std::vector<std::size_t> registrations() const
     {
+        MVSystemNotificationHandler::instance().removeDelegate(""); // which forgets who is gone
         return { service->delegateCount(), MVVideoStreamService::instance()->delegateCount(),
             MVSystemNotificationHandler::instance().delegateCount() };
     }

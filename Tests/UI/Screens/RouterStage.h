@@ -41,6 +41,8 @@ public:
     MVCurrentUserType role = MVCurrentUserType::user;
     std::vector<std::string> asked; // identifiers
     std::vector<BroadcastCompletion> completions; // of what was asked
+    std::vector<UserCompletion> guests; // of the guest users that were to be created
+    std::function<void(const std::string& displayName)> onCreateGuest; // within that call
 
     void answer(const std::shared_ptr<MVBroadcast>& broadcast) const { completions.back()(broadcast, std::nullopt); }
     void fail(const MVApiError& error) const { completions.back()(nullptr, error); }
@@ -58,6 +60,12 @@ protected:
     {
         asked.push_back(identifier);
         completions.push_back(std::move(completion));
+    }
+    void performCreateGuestUser(const std::string& displayName, UserCompletion completion) override
+    {
+        guests.push_back(std::move(completion));
+        if (onCreateGuest)
+            onCreateGuest(displayName);
     }
     MVCurrentUserType currentUserRole() override { return role; }
 };

@@ -77,7 +77,7 @@ void MVMivoraScreenViewController::loadInitialMessages()
     const std::weak_ptr<MVBroadcast> asked = broadcast_;
     broadcast_->loadChatMessages(queryBuilder, [weakSelf = weak(this), asked](const auto& messages, const auto& /*error*/) {
         const auto self = weakSelf.lock();
-        if (self && self->isWatching && self->broadcast_ == asked.lock())
+        if (self && self->isStillWatching(asked))
             self->showFirstPage(messages.value_or(MVBroadcast::MessageList()));
     });
 }
@@ -95,18 +95,14 @@ void MVMivoraScreenViewController::showFirstPage(const MVBroadcast::MessageList&
     }
     chatMessages = ChatMessageList(std::move(page));
     productChatContainerView->setChatMessages(chatMessages);
-    showHideChat(true);
-    rightButtonContainerView->setChatToggleOnOff(true);
-    refreshButtons();
+    bringChatOn();
 }
 
 // What came by an event before it came by an answer, or the other way round, is there once.
-bool MVMivoraScreenViewController::insertMessage(const ChatMessage& message)
+void MVMivoraScreenViewController::insertMessage(const ChatMessage& message)
 {
-    if (!messageIds.insert(message.id.value_or("")).second)
-        return false;
-    chatMessages.insertAtFront(message);
-    return true;
+    if (messageIds.insert(message.id.value_or("")).second)
+        chatMessages.insertAtFront(message);
 }
 
 void MVMivoraScreenViewController::loadBroadcastProducts()
@@ -115,6 +111,14 @@ void MVMivoraScreenViewController::loadBroadcastProducts()
     productChatContainerView->assignProductsList(products);
     productChatContainerView->showHideProducts(true);
     rightButtonContainerView->setProductToggleOnOff(true);
+    refreshButtons();
+}
+
+// Though the viewer may have hidden it.
+void MVMivoraScreenViewController::bringChatOn()
+{
+    showHideChat(true);
+    rightButtonContainerView->setChatToggleOnOff(true);
     refreshButtons();
 }
 

@@ -113,6 +113,7 @@ void MVMivoraScreenViewController::viewDidLoad()
     configureSubViewsProperties();
     setUpViews();
     setUpActions();
+    setUpParticipation();
     setUpViewsConstraints();
     setConstraints(checkAndGetDeviceInitialOrientation(), false);
     registerDelegates();
@@ -144,6 +145,7 @@ void MVMivoraScreenViewController::configureSubViewsProperties()
     productChatContainerView | mv::setBackgroundColor(UIColor::clear());
     productChatContainerView->isLoadingMoreMessageAllowed = false;
     reactionAnimationView | mv::setBackgroundColor(UIColor::clear());
+    commentInputView | mv::setBackgroundColor(UIColor::black().withAlphaComponent(0.5));
 }
 
 void MVMivoraScreenViewController::setUpViews()
@@ -154,6 +156,7 @@ void MVMivoraScreenViewController::setUpViews()
         { statusView, "statusView" },
         { productChatContainerView, "productChatContainerView" },
         { reactionAnimationView, "reactionAnimationView" },
+        { commentInputView, "commentInputView" },
         { rightButtonContainerView, "rightButtonContainerView" },
     };
     for (const auto& [subview, name] : subviews) {
@@ -182,7 +185,11 @@ void MVMivoraScreenViewController::setUpActions()
 void MVMivoraScreenViewController::setUpViewsConstraints()
 {
     const auto safe = view()->safeAreaLayoutGuide();
+    commentInputViewBottomAnchor = commentInputView->bottomAnchor().equalTo(view()->bottomAnchor());
     commonConstraints = {
+        commentInputViewBottomAnchor,
+        commentInputView->leadingAnchor().equalTo(view()->leadingAnchor()),
+        commentInputView->trailingAnchor().equalTo(view()->trailingAnchor()),
         streamContainerView->topAnchor().equalTo(view()->topAnchor()),
         streamContainerView->bottomAnchor().equalTo(view()->bottomAnchor()),
         streamContainerView->leadingAnchor().equalTo(view()->leadingAnchor()),
@@ -253,6 +260,7 @@ void MVMivoraScreenViewController::showLoginBannerIfNeeded()
 {
     if (loginBannerView || broadcast_->isGuestUserAllowedToChat || Mivora::getCurrentUserRole() == MVCurrentUserType::user)
         return;
+    commentInputView->setHidden(true);
     loginBannerView = make<UIView>() | mv::setBackgroundColor(colorWithHex("#1c1c1c"));
     loginBannerView->setAccessibilityIdentifier("loginBannerView");
     loginBannerView->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -285,6 +293,7 @@ void MVMivoraScreenViewController::startVideo()
 
 void MVMivoraScreenViewController::processClose()
 {
+    endParticipation();
     const auto watched = std::exchange(isWatching, false) ? broadcast_ : nullptr;
     if (watched) {
         watched->stopWatching({});

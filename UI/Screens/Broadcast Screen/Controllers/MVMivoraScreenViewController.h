@@ -8,6 +8,7 @@
 #include "UI/Common/Models/ChatMessageList.h"
 #include "UI/Common/SubViews/MVHorizontalImageTextView.h"
 #include "UI/Screens/Broadcast Screen/SubViews/BroadcastScreenButtonsContainerView.h"
+#include "UI/Screens/Broadcast Screen/SubViews/MVCommentInputView.h"
 #include "UI/Screens/Broadcast Screen/SubViews/MVProductChatContainerView.h"
 #include "UI/Screens/Broadcast Screen/SubViews/MVStreamVideoContainerView.h"
 #include "UI/Screens/Broadcast Screen/SubViews/ReactionAnimationView.h"
@@ -21,8 +22,9 @@
 
 namespace mv {
 
-// The screen of a show that is live: its video, the number of viewers, chat and products over it, reactions flying up, and a
-// column of buttons. Watches from setBroadcast on until it is closed or the show is over. Main thread.
+// The screen of a show that is live: its video, the number of viewers, chat and products over it, reactions flying up, a bar to
+// write comments in, and a column of buttons. Watches from setBroadcast on until it is closed or the show is over,
+// and takes what the viewer has open then along. Main thread.
 class MVMivoraScreenViewController final : public UIViewController,
                                            public MivoraDelegate,
                                            public MVVideoStreamServiceDelegate,
@@ -52,6 +54,7 @@ public:
     void didErrorOccuredInVideoService(const MVError& error) override;
     // MVSystemNotificationHandlerDelegate
     void didDeviceOrientationChanged(UIDeviceOrientation newOrientation) override;
+    void didKeyboardFrameChanged(CGFloat newHeight, double animationDuration) override;
 
 protected:
     // UIViewController
@@ -77,27 +80,41 @@ private:
     void loadInitialMessages();
     void loadBroadcastProducts();
     void showFirstPage(const MVBroadcast::MessageList& messages);
-    bool insertMessage(const ChatMessage& message); // false when it is there
+    void insertMessage(const ChatMessage& message);
+    void bringChatOn();
     void showHideChat(bool show);
     void refreshButtons();
     bool isShown(const std::optional<std::string>& broadcastId) const;
+
+    // What the viewer does: MVMivoraScreenParticipation.cpp
+    void setUpParticipation();
+    void didPressSendComment(const std::string& comment);
+    void askForName(UINavigationController& navigation, const std::string& comment);
+    void createGuestUser(const std::string& guestUserName, const std::string& comment);
+    void sendNewComment(const std::string& comment);
+    void showNewComment(const std::shared_ptr<const MVMessage>& message);
+    void endParticipation();
+    bool isStillWatching(const std::weak_ptr<MVBroadcast>& broadcast) const;
 
     std::shared_ptr<MVStreamVideoContainerView> streamContainerView = make<MVStreamVideoContainerView>();
     std::shared_ptr<MVHorizontalImageTextView> watchersCountView = make<MVHorizontalImageTextView>();
     std::shared_ptr<MVHorizontalImageTextView> statusView = make<MVHorizontalImageTextView>();
     std::shared_ptr<MVProductChatContainerView> productChatContainerView = make<MVProductChatContainerView>();
     std::shared_ptr<ReactionAnimationView> reactionAnimationView = make<ReactionAnimationView>();
+    std::shared_ptr<MVCommentInputView> commentInputView = make<MVCommentInputView>();
     std::shared_ptr<BroadcastScreenButtonsContainerView> rightButtonContainerView = make<BroadcastScreenButtonsContainerView>();
     std::shared_ptr<UIView> loginBannerView; // null while the viewer may write
     NSLayoutConstraints commonConstraints;
     NSLayoutConstraints landscapeModeConstraints;
     NSLayoutConstraints portraitModeConstraints;
+    std::shared_ptr<NSLayoutConstraint> commentInputViewBottomAnchor; // its constant follows the keyboard
     std::string uniqueIdentifer = makeUUID(); // of the three registrations
     std::shared_ptr<MVBroadcast> broadcast_;
     ChatMessageList chatMessages; // newest first
     std::unordered_set<std::string> messageIds; // of those
     std::vector<std::shared_ptr<BroadcastProduct>> products;
     bool isWatching = false;
+    std::weak_ptr<UIViewController> viewersDialog; // the name prompt, as last presented
 };
 
 } // namespace mv
