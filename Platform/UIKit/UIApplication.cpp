@@ -5,6 +5,8 @@
 #include "Platform/Foundation/URL.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
 #include "Platform/UIKit/LayoutRoot.h"
+#include "Platform/UIKit/UIKeyboard.h"
+#include "Platform/UIKit/UIPresentationController.h"
 #include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
@@ -12,6 +14,15 @@
 #include <algorithm>
 
 namespace platform {
+
+UIApplication::UIApplication()
+    : keyboardToken(NotificationCenter::defaultCenter().addObserver(
+        UIKeyboard::willChangeFrameNotification, [this](const Notification& notification) {
+            if (const auto* frame = notification.value<CGRect>(UIKeyboard::frameEndUserInfoKey))
+                keyboard = *frame;
+        }))
+{
+}
 
 UIApplication& UIApplication::shared()
 {
@@ -90,6 +101,24 @@ void UIApplication::cancelTouches(double timestamp)
 }
 
 void UIApplication::layoutWindows()
+{
+    settleLayout();
+    if (layoutFollowers.empty())
+        return;
+    const auto followers = layoutFollowers;
+    for (const auto& reference : followers)
+        if (const auto presentation = reference.lock(); presentation && presentation->isComingOrThere())
+            presentation->layoutDidSettle();
+    std::erase_if(layoutFollowers, [](const auto& reference) {
+        const auto presentation = reference.lock();
+        return !presentation || !presentation->isComingOrThere();
+    });
+    settleLayout();
+}
+
+void UIApplication::addLayoutFollower(UIPresentationController& presentation) { layoutFollowers.push_back(weak(&presentation)); }
+
+void UIApplication::settleLayout()
 {
     const LayoutRoot::Pass pass;
     // A layout that changes constraints asks for another one; a circle of such changes is cut off.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CoreGraphics/CGGeometry.h"
+#include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/UIKit/UIOrientation.h"
 #include "Platform/UIKit/UIResponder.h"
 #include "Platform/UIKit/UITouch.h"
@@ -13,6 +14,7 @@ namespace platform {
 
 class CALayer;
 class URL;
+class UIPresentationController;
 class UIWindow;
 
 // What only the outside can do.
@@ -27,6 +29,8 @@ class UIApplication final : public UIResponder {
 public:
     static constexpr const char* didEnterBackgroundNotification = "UIApplicationDidEnterBackgroundNotification";
     static constexpr const char* didBecomeActiveNotification = "UIApplicationDidBecomeActiveNotification";
+
+    UIApplication();
 
     static UIApplication& shared();
 
@@ -53,13 +57,16 @@ public:
     // A key without a character: for what is presented on top, else for the first responder, else for the topmost controller. One
     // that nobody wants is typed as text where it stands for some.
     void sendKey(UIKey pressed);
-    // The frame's layout pass: everything marked, until nothing is.
+    // Where the on-screen keyboard is or is moving to, in screen points; empty before the first one, below the screen after it.
+    const CGRect& keyboardFrame() const { return keyboard; }
+    // The frame's layout pass: everything marked, until nothing is; and once more after what follows other views has followed.
     void layoutWindows();
     std::vector<std::shared_ptr<CALayer>> windowLayers() const; // for the frame's steps, back to front
     void enterBackground();
     void becomeActive();
 
 private:
+    friend class UIPresentationController;
     friend class UIResponder;
     friend class UIView;
     friend class UIWindow;
@@ -67,6 +74,8 @@ private:
     std::shared_ptr<UIResponder> firstResponder() const { return first.lock(); }
     void setFirstResponder(UIResponder* responder) { first = WeakRef<UIResponder>(responder); }
 
+    void addLayoutFollower(UIPresentationController& presentation);
+    void settleLayout();
     void show(UIWindow& window);
     void hide(UIWindow& window);
     void makeKey(UIWindow& window);
@@ -74,6 +83,9 @@ private:
     std::vector<WeakRef<UIWindow>> shown; // a window is kept by whoever made it
     WeakRef<UIWindow> key;
     WeakRef<UIResponder> first;
+    std::vector<WeakRef<UIPresentationController>> layoutFollowers;
+    CGRect keyboard;
+    NotificationToken keyboardToken;
     UIApplicationHost* host = nullptr;
     UIInterfaceOrientationMask supportedOrientations = UIInterfaceOrientationMask::all;
     bool idleTimerDisabled = false;

@@ -65,6 +65,9 @@ public:
     bool isTracking() const { return bool(trackedTouch); }
     bool isTouchInside() const { return touchInside; }
 
+    const std::string& accessibilityHint() const { return accessibilityHint_; } // what it does, for assistive tools
+    void setAccessibilityHint(std::string hint) { accessibilityHint_ = std::move(hint); }
+
     UIControlContentHorizontalAlignment contentHorizontalAlignment() const { return horizontalAlignment; }
     void setContentHorizontalAlignment(UIControlContentHorizontalAlignment alignment);
     UIControlContentVerticalAlignment contentVerticalAlignment() const { return verticalAlignment; }
@@ -97,6 +100,7 @@ private:
     void stopTracking();
 
     std::vector<Entry> actions;
+    std::string accessibilityHint_;
     std::shared_ptr<UITouch> trackedTouch;
     UIControlContentHorizontalAlignment horizontalAlignment = UIControlContentHorizontalAlignment::center;
     UIControlContentVerticalAlignment verticalAlignment = UIControlContentVerticalAlignment::center;

@@ -1,5 +1,6 @@
 #include "Platform/UIKit/UIPresentationController.h"
 
+#include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIView.h"
 #include "Platform/UIKit/UIWindow.h"
 
@@ -13,18 +14,21 @@ constexpr double dissolveDuration = 0.3;
 } // namespace
 
 UIPresentationController::UIPresentationController(UIViewController& presentingController, std::shared_ptr<UIViewController> next)
-    : presented(std::move(next))
-    , presenting(&presentingController)
 {
+    connect(presentingController, std::move(next));
 }
 
 UIPresentationController::~UIPresentationController()
 {
-    if (presented->ownPresentation == this)
+    if (presented && presented->ownPresentation == this)
         presented->ownPresentation = nullptr;
     if (containerView_)
         containerView_->removeFromSuperview();
 }
+
+UIModalPresentationStyle UIPresentationController::styleToPresentIn() const { return presented->modalPresentationStyle(); }
+
+std::shared_ptr<UIView> UIPresentationController::makeContainerView() { return make<UIView>(); }
 
 double UIPresentationController::transitionDuration(bool /*presenting*/) const
 {
@@ -54,9 +58,12 @@ void UIPresentationController::showHere()
     presented->view()->setAlpha(1);
 }
 
-bool UIPresentationController::coversPresenter() const
+bool UIPresentationController::coversPresenter() const { return style == UIModalPresentationStyle::fullScreen; }
+
+void UIPresentationController::connect(UIViewController& presentingController, std::shared_ptr<UIViewController> next)
 {
-    return presented->modalPresentationStyle() == UIModalPresentationStyle::fullScreen;
+    presenting = &presentingController;
+    presented = std::move(next);
 }
 
 void UIPresentationController::present(bool animated, std::function<void()> completion)
@@ -65,13 +72,17 @@ void UIPresentationController::present(bool animated, std::function<void()> comp
     if (completion)
         completions.push_back(std::move(completion));
     presented->ownPresentation = this;
-    UIWindow& window = *presenting->view()->window();
-    containerView_ = make<UIView>(window.bounds());
+    style = styleToPresentIn();
+    UIView& around = presenting->parent() ? *presenting->view() : *presenting->view()->window();
+    containerView_ = makeContainerView();
+    containerView_->setFrame(around.bounds());
     containerView_->setAccessibilityIdentifier("presentation");
     containerView_->setAutoresizingMask(flexibleWidth | flexibleHeight);
+    containerView_->setOverrideUserInterfaceStyle(presented->overrideUserInterfaceStyle());
+    UIApplication::shared().addLayoutFollower(*this);
 
-    UIView::performWithoutAnimation([this, &window] {
-        window.addSubview(containerView_);
+    UIView::performWithoutAnimation([this, &around] {
+        around.addSubview(containerView_);
         placePresentedView();
         containerView_->layoutIfNeeded();
     });

@@ -184,31 +184,6 @@ void UIView::tintChangedInTree()
             child->tintChangedInTree();
 }
 
-const UITraitCollection& UIView::traitCollection() const { return *traits; }
-
-void UIView::setSemanticContentAttribute(UISemanticContentAttribute attribute)
-{
-    if (semanticContentAttribute_ == attribute)
-        return;
-    semanticContentAttribute_ = attribute;
-    if (LayoutRoot* root = layoutRoot())
-        root->directionChanged();
-    setNeedsLayout();
-}
-
-UIUserInterfaceLayoutDirection UIView::effectiveUserInterfaceLayoutDirection() const
-{
-    switch (semanticContentAttribute_) {
-    case UISemanticContentAttribute::forceLeftToRight:
-        return UIUserInterfaceLayoutDirection::leftToRight;
-    case UISemanticContentAttribute::forceRightToLeft:
-        return UIUserInterfaceLayoutDirection::rightToLeft;
-    case UISemanticContentAttribute::unspecified:
-        break;
-    }
-    return traits->layoutDirection;
-}
-
 void UIView::setNeedsDisplay() { layer_->setNeedsDisplay(); }
 
 UIResponder* UIView::nextResponder() const
@@ -220,49 +195,9 @@ UIResponder* UIView::nextResponder() const
 
 std::string UIView::layoutName() const { return accessibilityIdentifier_.empty() ? className(*this) : accessibilityIdentifier_; }
 
-void UIView::traitCollectionDidChange(const UITraitCollection& /*previous*/) { }
-
 void UIView::drawLayer(CALayer& /*layer*/, CGContext& context)
 {
     traits->performAsCurrent([&] { draw(bounds(), context); });
-}
-
-// Of this view alone.
-void UIView::adoptTraits(const std::shared_ptr<const UITraitCollection>& newTraits)
-{
-    if (traits == newTraits)
-        return;
-    const auto previous = std::exchange(traits, newTraits);
-    if (*previous == *traits)
-        return;
-    resolveColors();
-    if (previous->displayScale != traits->displayScale || previous->layoutDirection != traits->layoutDirection)
-        setNeedsLayout();
-    if (previous->layoutDirection != traits->layoutDirection && ownLayoutRoot)
-        ownLayoutRoot->directionChanged();
-    newTraits->performAsCurrent([&] {
-        traitCollectionDidChange(*previous);
-        if (viewController_)
-            viewController_->traitCollectionDidChange(*previous);
-    });
-}
-
-void UIView::adoptTraitsInTree(const std::shared_ptr<const UITraitCollection>& newTraits)
-{
-    const auto keep = weak(this).lock();
-    adoptTraits(newTraits);
-    const auto children = subviews_;
-    for (const auto& child : children)
-        if (child->superview_ == this)
-            child->adoptTraitsInTree(newTraits);
-}
-
-void UIView::resolveColors()
-{
-    if (backgroundColor_)
-        layer_->setBackgroundColor(backgroundColor_->cgColor(*traits));
-    else
-        layer_->setBackgroundColor({});
 }
 
 void UIView::geometryChanged(const CGRect& previousBounds, CGPoint previousCenter)

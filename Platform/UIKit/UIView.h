@@ -88,6 +88,9 @@ public:
     UIColor tintColor() const; // its own, or the nearest ancestor's; the system's blue where none has one
     void setTintColor(std::optional<UIColor> color); // absent: the superview's
     const UITraitCollection& traitCollection() const;
+    // Light or dark in this view and below, whatever is around; unspecified follows that.
+    UIUserInterfaceStyle overrideUserInterfaceStyle() const { return overrideStyle; }
+    void setOverrideUserInterfaceStyle(UIUserInterfaceStyle style);
     UISemanticContentAttribute semanticContentAttribute() const { return semanticContentAttribute_; }
     void setSemanticContentAttribute(UISemanticContentAttribute attribute);
     UIUserInterfaceLayoutDirection effectiveUserInterfaceLayoutDirection() const;
@@ -158,8 +161,8 @@ public:
     static void performWithoutAnimation(const std::function<void()>& changes);
     static double inheritedAnimationDuration(); // seconds, of the block that is being run; 0 outside
 
-    // Takes the role of first responder from this view or whatever below it has it. One that would keep it is asked, unless forced.
-    // True when none here has it any more.
+    // Takes the role of first responder from this view or whatever below it has it. One that would keep it is asked, unless
+    // forced. True when none here has it any more.
     bool endEditing(bool force);
 
     // UIResponder
@@ -227,8 +230,9 @@ private:
     void reorder(const std::shared_ptr<UIView>& view, std::size_t index);
     void placeLayer(std::size_t index);
     void moveToWindow(UIWindow* window);
-    void adoptTraits(const std::shared_ptr<const UITraitCollection>& traits);
-    void adoptTraitsInTree(const std::shared_ptr<const UITraitCollection>& traits);
+    std::shared_ptr<const UITraitCollection> traitsAround() const;
+    void adoptTraits(const std::shared_ptr<const UITraitCollection>& around);
+    void adoptTraitsInTree(const std::shared_ptr<const UITraitCollection>& around);
     void tintChangedInTree();
     void resolveColors();
     void geometryChanged(const CGRect& previousBounds, CGPoint previousCenter);
@@ -264,6 +268,7 @@ private:
     UIViewAutoresizing autoresizingMask_ = noAutoresizing;
     UIViewContentMode contentMode_ = UIViewContentMode::scaleToFill;
     UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
+    UIUserInterfaceStyle overrideStyle = UIUserInterfaceStyle::unspecified;
     bool translatesAutoresizingMask = true;
     bool autoresizesSubviews_ = true;
     bool userInteractionEnabled = true;

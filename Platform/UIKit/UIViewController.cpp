@@ -48,8 +48,11 @@ void UIViewController::setView(std::shared_ptr<UIView> view)
     if (view_)
         view_->viewController_ = nullptr;
     view_ = std::move(view);
-    if (view_)
-        view_->viewController_ = this;
+    if (!view_)
+        return;
+    view_->viewController_ = this;
+    if (overrideStyle != UIUserInterfaceStyle::unspecified)
+        view_->setOverrideUserInterfaceStyle(overrideStyle);
 }
 
 void UIViewController::setTitle(std::string title)
@@ -62,6 +65,17 @@ void UIViewController::setTitle(std::string title)
 const UITraitCollection& UIViewController::traitCollection() const
 {
     return view_ ? view_->traitCollection() : UIScreen::main().traitCollection();
+}
+
+void UIViewController::setOverrideUserInterfaceStyle(UIUserInterfaceStyle style)
+{
+    if (overrideStyle == style)
+        return;
+    overrideStyle = style;
+    if (view_)
+        view_->setOverrideUserInterfaceStyle(style);
+    if (ownPresentation && ownPresentation->containerView())
+        ownPresentation->containerView()->setOverrideUserInterfaceStyle(style);
 }
 
 void UIViewController::addChild(const std::shared_ptr<UIViewController>& child)
@@ -110,6 +124,8 @@ void UIViewController::beginAppearanceTransition(bool appearing, bool animated)
     for (const auto& child : list)
         if (child->isViewLoaded() && showsChild(*child))
             child->beginAppearanceTransition(appearing, animated);
+    if (const auto above = presentedInContext())
+        above->beginAppearanceTransition(appearing, animated);
 }
 
 void UIViewController::endAppearanceTransition()
@@ -126,6 +142,8 @@ void UIViewController::endAppearanceTransition()
     const auto list = children_;
     for (const auto& child : list)
         child->endAppearanceTransition();
+    if (const auto above = presentedInContext())
+        above->endAppearanceTransition();
     passage = Passage::none;
 }
 

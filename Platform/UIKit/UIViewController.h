@@ -13,12 +13,15 @@
 namespace platform {
 
 class UINavigationController;
+class UIPopoverPresentationController;
 class UIPresentationController;
 class UITabBarController;
 class UIView;
 
-// Full screen covers the presenter, which disappears; the others lie over it and leave it where it is.
-enum class UIModalPresentationStyle : unsigned char { fullScreen, overFullScreen };
+// Full screen covers the presenter, which disappears; the others lie over it and leave it where it is. Over current context lies
+// over the nearest ancestor that defines a presentation context, a popover beside what it points at. None is only an answer: no
+// other style than the present one.
+enum class UIModalPresentationStyle : unsigned char { fullScreen, overFullScreen, overCurrentContext, popover, none };
 enum class UIModalTransitionStyle : unsigned char { coverVertical, crossDissolve };
 
 // A change of size under way, as a controller sees it.
@@ -53,6 +56,9 @@ public:
     const std::string& title() const { return title_; } // what bars of containers show
     void setTitle(std::string title);
     const UITraitCollection& traitCollection() const; // its view's, or the screen's before there is one
+    // Light or dark in its view and what its presentation puts around that; unspecified follows what is around.
+    UIUserInterfaceStyle overrideUserInterfaceStyle() const { return overrideStyle; }
+    void setOverrideUserInterfaceStyle(UIUserInterfaceStyle style);
 
     // Containment. The caller adds and removes the views, and tells the child with didMoveToParent when it is done.
     UIViewController* parent() const { return parent_; }
@@ -66,8 +72,9 @@ public:
     UINavigationController* navigationController() const;
     UITabBarController* tabBarController() const;
 
-    // Presentation. The outermost ancestor presents, over everything in its window; one that already presents something, or is
-    // not in a window, does not (one console line). While what it presented is still leaving, the next one waits for that. The
+    // Presentation. The outermost ancestor presents, over everything in its window, or for the style over current context the
+    // nearest one that defines a context, over its view; one that already presents something, or is not in a window, does not
+    // (one console line). While what it presented is still leaving, the next one waits for that. The
     // completion runs when the controller has come to rest; a presentation that is refused drops it.
     void present(const std::shared_ptr<UIViewController>& controller, bool animated, std::function<void()> completion = {});
     // Takes away what this one or an ancestor presents, with all that lies above; else itself, when it was presented. Does
@@ -80,6 +87,14 @@ public:
     void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle = style; }
     UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle; }
     void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle = style; }
+    bool definesPresentationContext() const { return definesContext; }
+    void setDefinesPresentationContext(bool defines) { definesContext = defines; }
+    // While its style is popover: what its present or next presentation as one is told; null for other styles. A new one after
+    // every dismissal.
+    std::shared_ptr<UIPopoverPresentationController> popoverPresentationController();
+    // Points that a popover gives it; empty for the popover's own default.
+    CGSize preferredContentSize() const { return preferredSize; }
+    void setPreferredContentSize(CGSize size);
     // Why it appears or disappears; true only between the will and the did of that.
     bool isBeingPresented() const { return passage == Passage::presented; }
     bool isBeingDismissed() const { return passage == Passage::dismissed || (parent_ && parent_->isBeingDismissed()); }
@@ -125,6 +140,11 @@ private:
 
     void viewMoved(bool toWindow);
     UIViewController& outermostAncestor();
+    // What lies over this one's view only, and so comes and goes with it; null for none, or when it leaves already.
+    std::shared_ptr<UIViewController> presentedInContext() const;
+    UIViewController& presenterOf(const UIViewController& controller);
+    // What this one and its descendants present, and what is presented above that, lowest first.
+    void appendPresentations(std::vector<std::shared_ptr<UIPresentationController>>& list) const;
 
     enum class Appearance : unsigned char { disappeared, appearing, appeared, disappearing };
 
@@ -136,7 +156,11 @@ private:
     Passage passage = Passage::none;
     UIModalPresentationStyle presentationStyle = UIModalPresentationStyle::fullScreen;
     UIModalTransitionStyle transitionStyle = UIModalTransitionStyle::coverVertical;
+    UIUserInterfaceStyle overrideStyle = UIUserInterfaceStyle::unspecified;
+    bool definesContext = false;
+    CGSize preferredSize; // points
     std::shared_ptr<UIPresentationController> presentation; // of what this one presents
+    std::shared_ptr<UIPopoverPresentationController> nextPopover; // until it is presented
 
     UIPresentationController* ownPresentation = nullptr; // that presents this one and clears it
     UIViewController* parent_ = nullptr; // which clears it

@@ -2,7 +2,7 @@
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/UIKit/ClassName.h"
 #include "Platform/UIKit/UINavigationController.h"
-#include "Platform/UIKit/UIPresentationController.h"
+#include "Platform/UIKit/UIPopoverPresentationController.h"
 #include "Platform/UIKit/UITabBarController.h"
 #include "Platform/UIKit/UIView.h"
 #include "Platform/UIKit/UIViewController.h"
@@ -33,12 +33,21 @@ UIViewController& UIViewController::outermostAncestor()
     return *controller;
 }
 
+UIViewController& UIViewController::presenterOf(const UIViewController& controller)
+{
+    if (controller.presentationStyle == UIModalPresentationStyle::overCurrentContext)
+        for (UIViewController* ancestor = this; ancestor; ancestor = ancestor->parent_)
+            if (ancestor->definesContext)
+                return *ancestor;
+    return outermostAncestor();
+}
+
 void UIViewController::present(
     const std::shared_ptr<UIViewController>& controller, bool animated, std::function<void()> completion)
 {
-    UIViewController& presenter = outermostAncestor();
     if (!controller)
         return;
+    UIViewController& presenter = presenterOf(*controller);
     const auto refuse = [&](const std::string& reason) {
         NSLog(className(*controller) + " not presented on " + className(*this) + ": " + reason);
     };
@@ -82,7 +91,50 @@ UIViewController* UIViewController::presentingViewController() const
 
 std::shared_ptr<UIPresentationController> UIViewController::makePresentationController(UIViewController& presenter)
 {
-    return make<UIPresentationController>(presenter, weak(this).lock());
+    if (presentationStyle != UIModalPresentationStyle::popover)
+        return make<UIPresentationController>(presenter, weak(this).lock());
+    popoverPresentationController();
+    auto popover = std::exchange(nextPopover, nullptr);
+    popover->connect(presenter, weak(this).lock());
+    return popover;
+}
+
+std::shared_ptr<UIPopoverPresentationController> UIViewController::popoverPresentationController()
+{
+    if (presentationStyle != UIModalPresentationStyle::popover)
+        return nullptr;
+    if (auto* present = dynamic_cast<UIPopoverPresentationController*>(ownPresentation))
+        return weak(present).lock();
+    if (!nextPopover)
+        nextPopover = make<UIPopoverPresentationController>();
+    return nextPopover;
+}
+
+void UIViewController::setPreferredContentSize(CGSize size)
+{
+    if (preferredSize == size)
+        return;
+    preferredSize = size;
+    if (ownPresentation)
+        ownPresentation->preferredContentSizeDidChange();
+}
+
+std::shared_ptr<UIViewController> UIViewController::presentedInContext() const
+{
+    if (!parent_ || !presentation || presentation->isDismissing())
+        return nullptr;
+    return presentation->presentedViewController();
+}
+
+void UIViewController::appendPresentations(std::vector<std::shared_ptr<UIPresentationController>>& list) const
+{
+    for (const auto& child : children_)
+        child->appendPresentations(list);
+    if (!presentation)
+        return;
+    list.push_back(presentation);
+    if (const auto& above = presentation->presentedViewController())
+        above->appendPresentations(list);
 }
 
 } // namespace platform

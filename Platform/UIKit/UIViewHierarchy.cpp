@@ -181,7 +181,7 @@ void UIView::moveToWindow(UIWindow* window)
     willMoveToWindow(window);
     window_ = window;
     if (window)
-        adoptTraits(window->traits);
+        adoptTraits(traitsAround());
     if (controller)
         controller->viewMoved(window);
     didMoveToWindow();

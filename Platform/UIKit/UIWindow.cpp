@@ -79,10 +79,8 @@ void UIWindow::makeKeyAndVisible()
 
 std::shared_ptr<UIViewController> UIWindow::topmostController() const
 {
-    auto controller = rootViewController_;
-    while (controller && controller->presentation)
-        controller = controller->presentation->presentedViewController();
-    return controller;
+    const auto above = presentations();
+    return above.empty() ? rootViewController_ : above.back()->presentedViewController();
 }
 
 void UIWindow::setHidden(bool hidden)
@@ -112,14 +110,22 @@ void UIWindow::setHidden(bool hidden)
 std::vector<std::shared_ptr<UIViewController>> UIWindow::uncoveredControllers() const
 {
     std::vector<std::shared_ptr<UIViewController>> controllers;
-    for (auto controller = rootViewController_; controller;) {
-        controllers.push_back(controller);
-        const auto above = controller->presentation;
-        if (above && above->coversPresenter())
+    if (rootViewController_)
+        controllers.push_back(rootViewController_);
+    for (const auto& presentation : presentations()) {
+        if (presentation->coversPresenter())
             controllers.clear();
-        controller = above ? above->presentedViewController() : nullptr;
+        controllers.push_back(presentation->presentedViewController());
     }
     return controllers;
+}
+
+std::vector<std::shared_ptr<UIPresentationController>> UIWindow::presentations() const
+{
+    std::vector<std::shared_ptr<UIPresentationController>> list;
+    if (rootViewController_)
+        rootViewController_->appendPresentations(list);
+    return list;
 }
 
 UIResponder* UIWindow::nextResponder() const { return &UIApplication::shared(); }
@@ -146,11 +152,11 @@ void UIWindow::screenChanged(const CGRect& previousScreen, double duration)
         return;
     }
     UIViewControllerTransitionCoordinator coordinator(std::max(duration, 0.0));
-    for (auto controller = rootViewController_; controller;) {
-        controller->viewWillTransition(screen.size(), coordinator);
-        const auto above = controller->presentation;
-        controller = above ? above->presentedViewController() : nullptr;
-    }
+    if (const auto root = rootViewController_)
+        root->viewWillTransition(screen.size(), coordinator);
+    for (const auto& presentation : presentations())
+        if (const auto controller = presentation->presentedViewController())
+            controller->viewWillTransition(screen.size(), coordinator);
     const auto completions = std::make_shared<std::vector<std::function<void()>>>();
     const auto change = [&] {
         setFrame(screen);

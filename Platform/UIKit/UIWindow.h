@@ -7,6 +7,7 @@
 
 namespace platform {
 
+class UIPresentationController;
 class UIViewController;
 
 // The root of what is shown: fills the screen, takes its safe area and traits, and hands touches to views. Hidden at first; who
@@ -36,6 +37,7 @@ private:
     friend class UIScreen;
     friend class UIView;
 
+    std::vector<std::shared_ptr<UIPresentationController>> presentations() const; // above the root, lowest first
     // Of the root and what is presented above it, those that nothing covers, lowest first.
     std::vector<std::shared_ptr<UIViewController>> uncoveredControllers() const;
     void screenChanged(const CGRect& previousScreen, double duration);

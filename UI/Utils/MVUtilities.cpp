@@ -4,6 +4,8 @@
 #include "Platform/Foundation/Folders.h"
 #include "Platform/Foundation/NumberFormatter.h"
 #include "Platform/UIKit/UIApplication.h"
+#include "Platform/UIKit/UIPopoverPresentationController.h"
+#include "Platform/UIKit/UIView.h"
 
 namespace mv {
 
@@ -32,6 +34,14 @@ std::optional<std::string> getFormattedCurrencyString(double value, const std::o
     formatter.setLocale(Locale::current());
     formatter.setCurrencyCode(currencyCode);
     return formatter.currencyString(value);
+}
+
+void showIpadActionSheet(const std::shared_ptr<UIView>& sourceView, UIPopoverPresentationController& popoverController)
+{
+    const CGPoint middle = sourceView->bounds().center();
+    popoverController.setSourceView(sourceView);
+    popoverController.setSourceRect(CGRect { middle.x, middle.y, 0, 0 });
+    popoverController.setPermittedArrowDirections(UIPopoverArrowDirection::none);
 }
 
 UIDeviceOrientation checkAndGetDeviceInitialOrientation()

@@ -10,6 +10,8 @@
 
 namespace platform {
 class Bundle;
+class UIPopoverPresentationController;
+class UIView;
 }
 
 namespace mv {
@@ -28,6 +30,9 @@ std::string MVLocalized(const std::string& key);
 // The value as an amount of money in the current locale; without a code in that locale's currency. Absent when there is no such
 // amount or currency.
 std::optional<std::string> getFormattedCurrencyString(double value, const std::optional<std::string>& currencyCode = {});
+
+// Has a popover stand over the middle of the view, without an arrow.
+void showIpadActionSheet(const std::shared_ptr<UIView>& sourceView, UIPopoverPresentationController& popoverController);
 
 // What a screen lays itself out for when it is first shown: the device's own orientation (which may be face up, face down or
 // unknown) where the host supports all four, else portrait.
