@@ -1,7 +1,9 @@
-// Comments and the guest's name, as a viewer acts and a service answers in whatever order.
+// Comments, the guest's name and reactions, as a viewer acts and a service answers in whatever order.
+#include "Main/MivoraUI.h"
 #include "Platform/UIKit/UITextField.h"
 #include "Tests/UI/Screens/LiveScreenStage.h"
 #include "UI/Screens/Broadcast Screen/Controllers/MVGuestUserNameInputViewController.h"
+#include "UI/Screens/Broadcast Screen/Controllers/ReactionsPopOverController.h"
 
 namespace mv {
 namespace {
@@ -38,6 +40,7 @@ protected:
         return std::dynamic_pointer_cast<Dialog>(window->topmostController());
     }
     std::shared_ptr<MVGuestUserNameInputViewController> prompt() const { return standing<MVGuestUserNameInputViewController>(); }
+    std::shared_ptr<ReactionsPopOverController> picker() const { return standing<ReactionsPopOverController>(); }
     void pressInPrompt(const std::string& name)
     {
         ASSERT_TRUE(prompt());
@@ -230,7 +233,7 @@ TEST_F(LiveScreenGuestTest, asksForANameAndSendsOnceThereIsOne)
     openWithChat({ "m1" });
     comment(" line 2 ");
     ASSERT_TRUE(prompt());
-    EXPECT_EQ(prompt()->modalPresentationStyle(), UIModalPresentationStyle::overFullScreen);
+    EXPECT_EQ(prompt()->modalPresentationStyle(), UIModalPresentationStyle::overCurrentContext);
     EXPECT_FALSE(screen->view()->isHidden()) << "the show goes on behind it";
     EXPECT_EQ(show->takeCalls(), Lines {});
     join(" Ana ");
@@ -366,6 +369,145 @@ TEST_F(LiveScreenGuestTest, sendsNothingOnceTheScreenIsLeft)
     }
 }
 
+class LiveScreenReactionTest : public LiveScreenViewerStage {
+protected:
+    std::size_t flying() const { return part("reactionAnimationView")->subviews().size(); }
+    void echo(const std::string& type)
+    {
+        const MVReactionData update { "show", type, {} };
+        service->publish("reaction", [update](MivoraDelegate& d) { d.didNewReactionAddedToBroadcast(update); });
+        host.advance(0.1);
+    }
+    std::shared_ptr<UIButton> choice(std::size_t index) const
+    {
+        const auto row = find<UIStackView>(picker()->view(), "reactionsStackView");
+        return std::dynamic_pointer_cast<UIButton>(row->arrangedSubviews().at(index));
+    }
+    void openPicker()
+    {
+        press("sendReactionButton");
+        ASSERT_TRUE(picker());
+    }
+    void pick(std::size_t index)
+    {
+        host.tap(middle(*choice(index)));
+        host.advance(0.5);
+    }
+};
+
+TEST_F(LiveScreenReactionTest, showsThePickerAboveTheButtonAndSendsWhatIsPicked)
+{
+    openWithChat({ "m1" });
+    openPicker();
+    EXPECT_EQ(picker()->preferredContentSize(), (CGSize { 55 * 5 + 20, 50 }));
+    EXPECT_EQ(picker()->overrideUserInterfaceStyle(), UIUserInterfaceStyle::dark);
+    EXPECT_EQ(picker()->modalTransitionStyle(), UIModalTransitionStyle::crossDissolve);
+    const CGRect row = onScreen(*picker()->view()), button = place("sendReactionButton");
+    EXPECT_LE(row.maxY(), button.y) << "above the button";
+    EXPECT_GT(row.maxY(), button.y - 40) << "and beside it";
+    EXPECT_LE(row.maxX(), window->bounds().width);
+    EXPECT_EQ(show->takeCalls(), Lines {});
+    pick(1);
+    EXPECT_FALSE(picker());
+    EXPECT_EQ(show->takeCalls(), Lines { "addReaction heart" });
+    EXPECT_EQ(flying(), 0u) << "its echo does that";
+    for (const auto& answer : show->successes)
+        answer(false, refusal);
+    EXPECT_EQ(takeLines(), Lines {});
+    echo("heart");
+    EXPECT_EQ(flying(), 1u);
+    host.advance(6);
+    EXPECT_EQ(flying(), 0u);
+    openPicker();
+    pick(0);
+    EXPECT_EQ(show->takeCalls(), Lines { "addReaction wow" }) << "again and again";
+}
+
+TEST_F(LiveScreenReactionTest, closesThePickerOnlyAtATapBesideIt)
+{
+    const auto expectOnlyThePickerGone = [this] {
+        host.tap(middle(*part("closeButton")));
+        host.advance(1);
+        EXPECT_FALSE(picker());
+        EXPECT_TRUE(screen->view()->window());
+        EXPECT_EQ(show->takeCalls(), Lines {}) << "the button below the tap is not pressed";
+    };
+    openWithChat({ "m1" });
+    openPicker();
+    expectOnlyThePickerGone();
+    navigation->popViewController(false);
+
+    renewShow();
+    const auto router = presentRouter();
+    screen = child<Screen>(*router);
+    service->answer(show);
+    host.advance(0.5);
+    show->takeCalls();
+    navigation->view()->setBackgroundColor(UIColor::white());
+    openPicker();
+    EXPECT_EQ(navigation->view()->backgroundColor(), UIColor::clear()) << "of who presented the screen";
+    expectOnlyThePickerGone();
+    EXPECT_EQ(window->topmostController(), router) << "the screen itself was presented, too";
+    press("closeButton");
+    EXPECT_EQ(show->takeCalls(), stopCalls);
+}
+
+TEST_F(LiveScreenReactionTest, closesThePickerWhenTheDeviceTurns)
+{
+    openWithChat({ "m1" });
+    openPicker();
+    host.rotate(UIDeviceOrientation::landscapeRight);
+    host.advance(0);
+    EXPECT_FALSE(picker()) << "at once";
+    host.advance(0.5);
+    openPicker();
+    EXPECT_LE(onScreen(*picker()->view()).maxY(), place("sendReactionButton").y);
+    pick(2);
+    EXPECT_EQ(show->takeCalls(), Lines { "addReaction like" });
+}
+
+TEST_F(LiveScreenReactionTest, offersWhatTheTableHolds)
+{
+    struct Restore {
+        MVReactionTable before = MivoraUI::reactions();
+        ~Restore() { MivoraUI::reactions = before; }
+    } restore;
+    MVReactionTable table;
+    table.set("clap", MivoraUI::reactions().image("like"));
+    MivoraUI::reactions = table;
+    openWithChat({ "m1" });
+    openPicker();
+    EXPECT_EQ(picker()->preferredContentSize(), (CGSize { 75, 50 }));
+    pick(0);
+    EXPECT_EQ(show->takeCalls(), Lines { "addReaction clap" });
+    MivoraUI::reactions = MVReactionTable {};
+    echo("clap");
+    EXPECT_EQ(flying(), 0u) << "nobody knows it any more";
+    openPicker();
+    EXPECT_EQ(picker()->preferredContentSize(), (CGSize { 20, 50 }));
+    host.tap({ 100, 200 });
+    host.advance(0.5);
+    EXPECT_FALSE(picker());
+}
+
+TEST_F(LiveScreenReactionTest, doesNothingMoreOnceTheScreenIsClosed)
+{
+    openAlone();
+    show->takeCalls();
+    openPicker();
+    const auto former = picker();
+    const auto heart = choice(1);
+    screen->resetOnEventComplete();
+    heart->sendActions(UIControlEvent::touchUpInside);
+    host.advance(1);
+    EXPECT_FALSE(former->presentingViewController());
+    EXPECT_EQ(show->takeCalls(), stopCalls);
+    press("sendReactionButton");
+    comment("line 1");
+    EXPECT_EQ(window->topmostController(), navigation);
+    EXPECT_EQ(show->takeCalls(), Lines {});
+}
+
 class LiveScreenLeavingTest : public LiveScreenViewerStage { };
 
 TEST_F(LiveScreenLeavingTest, takesAlongWhatTheViewerHasOpen)
@@ -383,7 +525,9 @@ TEST_F(LiveScreenLeavingTest, takesAlongWhatTheViewerHasOpen)
             press("sendCommentButton");
         if (round % 4 >= 2) {
             host.tap({ 100, 300 });
+            host.setKeyboardHeight(0);
             host.advance(0.5);
+            press("sendReactionButton");
         }
         if (round % 4 == 3)
             host.rotate(round % 8 == 3 ? UIDeviceOrientation::landscapeLeft : UIDeviceOrientation::portrait);

@@ -1,4 +1,4 @@
-// What the viewer does on the live screen: writing comments and giving a name for the first one.
+// What the viewer does on the live screen: writing comments, giving a name for the first one, and reacting.
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/UIKit/UINavigationController.h"
 #include "Platform/UIKit/UITapGestureRecognizer.h"
@@ -7,6 +7,7 @@
 #include "UI/Extensions/MVSetters.h"
 #include "UI/Screens/Broadcast Screen/Controllers/MVGuestUserNameInputViewController.h"
 #include "UI/Screens/Broadcast Screen/Controllers/MVMivoraScreenViewController.h"
+#include "UI/Screens/Broadcast Screen/Controllers/ReactionsPopOverController.h"
 
 namespace mv {
 
@@ -29,6 +30,19 @@ void MVMivoraScreenViewController::didKeyboardFrameChanged(CGFloat newHeight, do
     });
 }
 
+// The reaction picker stays a popover on phones too.
+UIModalPresentationStyle MVMivoraScreenViewController::adaptivePresentationStyle(
+    const UIPopoverPresentationController& /*popover*/, const UITraitCollection& /*traits*/)
+{
+    return UIModalPresentationStyle::none;
+}
+
+void MVMivoraScreenViewController::prepareForPopoverPresentation(UIPopoverPresentationController& /*popover*/)
+{
+    if (auto* presenter = presentingViewController())
+        presenter->view() | mv::setBackgroundColor(UIColor::clear());
+}
+
 void MVMivoraScreenViewController::setUpParticipation()
 {
     streamContainerView->addGestureRecognizer(make<UITapGestureRecognizer>([weakSelf = weak(this)](UIGestureRecognizer&) {
@@ -38,6 +52,10 @@ void MVMivoraScreenViewController::setUpParticipation()
     commentInputView->onPressSendCommentButton = [weakSelf = weak(this)](const std::string& comment) {
         if (const auto self = weakSelf.lock())
             self->didPressSendComment(comment);
+    };
+    commentInputView->onPressSendReactionButton = [weakSelf = weak(this)](bool /*isOn*/, const auto& reactionButton) {
+        if (const auto self = weakSelf.lock())
+            self->showReactionPicker(*reactionButton);
     };
 }
 
@@ -54,7 +72,7 @@ void MVMivoraScreenViewController::didPressSendComment(const std::string& commen
 void MVMivoraScreenViewController::askForName(UINavigationController& navigation, const std::string& comment)
 {
     const auto prompt = make<MVGuestUserNameInputViewController>();
-    prompt->setModalPresentationStyle(UIModalPresentationStyle::overFullScreen);
+    prompt->setModalPresentationStyle(UIModalPresentationStyle::overCurrentContext);
     prompt->onPressJoinButton = [weakSelf = weak(this), weakPrompt = weak(prompt), comment](const std::string& name) {
         const auto self = weakSelf.lock();
         const auto asking = weakPrompt.lock();
@@ -105,6 +123,28 @@ void MVMivoraScreenViewController::showNewComment(const std::shared_ptr<const MV
         insertMessage(*line);
     productChatContainerView->setChatMessages(chatMessages, false, true);
     bringChatOn();
+}
+
+void MVMivoraScreenViewController::showReactionPicker(const UIButton& reactionButton)
+{
+    if (!isWatching)
+        return;
+    const auto picker = make<ReactionsPopOverController>();
+    picker->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    picker->setPreferredContentSize(ReactionsPopOverController::contentSizeOfTable());
+    picker->setModalPresentationStyle(UIModalPresentationStyle::popover);
+    picker->setModalTransitionStyle(UIModalTransitionStyle::crossDissolve);
+    picker->onPressReaction = [weakSelf = weak(this)](const std::string& reaction) {
+        if (const auto self = weakSelf.lock(); self && self->isWatching)
+            self->broadcast_->addReaction(reaction, {});
+    };
+    const auto popover = picker->popoverPresentationController();
+    popover->setSourceView(view());
+    popover->setSourceRect(reactionButton.convertTo(reactionButton.bounds(), view().get()));
+    popover->setPermittedArrowDirections(UIPopoverArrowDirection::down);
+    popover->setDelegate(std::static_pointer_cast<MVMivoraScreenViewController>(weak(this).lock()));
+    viewersDialog = picker;
+    present(picker, true);
 }
 
 // First of all when it closes, so that the bar still follows the keyboard down.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Foundation/UUID.h"
+#include "Platform/UIKit/UIPopoverPresentationController.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Service/MVBroadcast.h"
 #include "Service/MivoraDelegate.h"
@@ -23,12 +24,13 @@
 namespace mv {
 
 // The screen of a show that is live: its video, the number of viewers, chat and products over it, reactions flying up, a bar to
-// write comments in, and a column of buttons. Watches from setBroadcast on until it is closed or the show is over,
+// write comments in and to react, and a column of buttons. Watches from setBroadcast on until it is closed or the show is over,
 // and takes what the viewer has open then along. Main thread.
 class MVMivoraScreenViewController final : public UIViewController,
                                            public MivoraDelegate,
                                            public MVVideoStreamServiceDelegate,
-                                           public MVSystemNotificationHandlerDelegate {
+                                           public MVSystemNotificationHandlerDelegate,
+                                           public UIPopoverPresentationControllerDelegate {
 public:
     MVMivoraScreenViewController();
 
@@ -55,6 +57,10 @@ public:
     // MVSystemNotificationHandlerDelegate
     void didDeviceOrientationChanged(UIDeviceOrientation newOrientation) override;
     void didKeyboardFrameChanged(CGFloat newHeight, double animationDuration) override;
+    // UIPopoverPresentationControllerDelegate
+    UIModalPresentationStyle adaptivePresentationStyle(
+        const UIPopoverPresentationController& popover, const UITraitCollection& traits) override;
+    void prepareForPopoverPresentation(UIPopoverPresentationController& popover) override;
 
 protected:
     // UIViewController
@@ -93,6 +99,7 @@ private:
     void createGuestUser(const std::string& guestUserName, const std::string& comment);
     void sendNewComment(const std::string& comment);
     void showNewComment(const std::shared_ptr<const MVMessage>& message);
+    void showReactionPicker(const UIButton& reactionButton);
     void endParticipation();
     bool isStillWatching(const std::weak_ptr<MVBroadcast>& broadcast) const;
 
@@ -114,7 +121,7 @@ private:
     std::unordered_set<std::string> messageIds; // of those
     std::vector<std::shared_ptr<BroadcastProduct>> products;
     bool isWatching = false;
-    std::weak_ptr<UIViewController> viewersDialog; // the name prompt, as last presented
+    std::weak_ptr<UIViewController> viewersDialog; // the name prompt or the reaction picker, as last presented
 };
 
 } // namespace mv
