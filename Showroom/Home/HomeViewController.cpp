@@ -1,7 +1,7 @@
 #include "Showroom/Home/HomeViewController.h"
 
 #include "Platform/Foundation/Bundle.h"
-#include "Showroom/Scenes/GalleryPieces.h"
+#include "Showroom/Common/ShopViews.h"
 #include "UI/Extensions/MVColor.h"
 #include "UI/Extensions/MVFonts.h"
 #include "UI/Extensions/MVSetters.h"

@@ -4,7 +4,7 @@
 #include "Platform/Images/UIImageViewLoading.h"
 #include "Platform/UIKit/UINavigationController.h"
 #include "Platform/UIKit/UIScrollView.h"
-#include "Showroom/Scenes/GalleryPieces.h"
+#include "Showroom/Common/ShopViews.h"
 #include "UI/Extensions/MVColor.h"
 #include "UI/Extensions/MVFonts.h"
 #include "UI/Extensions/MVSetters.h"

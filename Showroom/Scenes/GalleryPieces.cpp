@@ -1,6 +1,7 @@
 #include "Showroom/Scenes/GalleryPieces.h"
 
 #include "Platform/Foundation/Bundle.h"
+#include "Showroom/Common/ShopViews.h"
 #include "UI/Extensions/MVBorders.h"
 #include "UI/Extensions/MVColor.h"
 #include "UI/Extensions/MVColorExtensions.h"
@@ -14,8 +15,6 @@ using namespace mv;
 
 namespace {
 
-constexpr CGFloat buttonHeight = 44; // points
-
 void setHeight(const UIView& view, CGFloat height) { view.heightAnchor().equalToConstant(height)->setActive(true); }
 
 void setSize(const UIView& view, CGFloat width, CGFloat height)
@@ -26,46 +25,7 @@ void setSize(const UIView& view, CGFloat width, CGFloat height)
 
 } // namespace
 
-std::shared_ptr<UIView> addConstrained(UIView& parent, const std::shared_ptr<UIView>& child)
-{
-    child->setTranslatesAutoresizingMaskIntoConstraints(false);
-    parent.addSubview(child);
-    return child;
-}
-
-void pinEdges(const UIView& child, const UIView& parent, CGFloat inset)
-{
-    activate({
-        child.leadingAnchor().equalTo(parent.leadingAnchor(), inset),
-        child.trailingAnchor().equalTo(parent.trailingAnchor(), -inset),
-        child.topAnchor().equalTo(parent.topAnchor(), inset),
-        child.bottomAnchor().equalTo(parent.bottomAnchor(), -inset),
-    });
-}
-
-std::shared_ptr<UIStackView> makeStack(NSLayoutConstraintAxis axis, CGFloat spacing, std::vector<std::shared_ptr<UIView>> views)
-{
-    const auto stack = make<UIStackView>() | mv::setAxis(axis) | mv::setSpacing(spacing);
-    for (const auto& view : views)
-        stack->addArrangedSubview(view);
-    return stack;
-}
-
-std::shared_ptr<const UIImage> shopPicture(const std::string& name)
-{
-    return UIImage::named("Pictures/" + name, Bundle::mainBundle());
-}
-
 std::string galleryText(const std::string& key) { return Bundle::mainBundle().localizedString(key, "", "Gallery"); }
-
-std::shared_ptr<UIButton> makeFilledButton(const std::string& title)
-{
-    const auto button = make<UIButton>() | mv::setBackgroundColor(MVColor::accentColor()) | mv::setLayerCornerRadius(15)
-        | mv::setFont(MVFont::mediumSizeSemiBoldFont()) | mv::updateTitle(title) | mv::updateTitleColor(UIColor::white())
-        | mv::updateTitleColor(UIColor::white(1, 0.5), UIControlState::highlighted);
-    setHeight(*button, buttonHeight);
-    return button;
-}
 
 std::shared_ptr<UIButton> makeOutlinedButton(const std::string& title)
 {
@@ -73,7 +33,7 @@ std::shared_ptr<UIButton> makeOutlinedButton(const std::string& title)
         | mv::setBorderLayerColor(MVColor::accentColor()) | mv::setFont(MVFont::mediumSizeSemiBoldFont()) | mv::updateTitle(title)
         | mv::updateTitleColor(MVColor::accentColor())
         | mv::updateTitleColor(MVColor::accentColor().withAlphaComponent(0.4), UIControlState::highlighted);
-    setHeight(*button, buttonHeight);
+    setHeight(*button, 44);
     return button;
 }
 
@@ -123,23 +83,6 @@ std::shared_ptr<UIView> makeBorderedBox(CGFloat side)
         | mv::addLeftBorder(colorFromCharacter("P"), 3) | mv::addRightBorder(colorFromCharacter("J"), 3);
     setSize(*box, side, side);
     return box;
-}
-
-std::shared_ptr<UIView> makeCard(CGFloat cornerRadius)
-{
-    const auto card = make<UIView>() | mv::setBackgroundColor(MVColor::cardBackgroundColor())
-        | mv::setLayerCornerRadius(cornerRadius) | mv::setBorderLayerWidth(0.5);
-    card->layer()->setShadowOpacity(1);
-    card->layer()->setShadowRadius(4);
-    card->layer()->setShadowOffset({ 0, 2 });
-    renewCardColors(*card);
-    return card;
-}
-
-void renewCardColors(UIView& card)
-{
-    card.layer()->setShadowColor(MVColor::shadowColor().cgColor());
-    card.layer()->setBorderColor(MVColor::seperatorColor().cgColor());
 }
 
 std::shared_ptr<UIView> makeProductCard(const std::string& picture, const std::string& title, double price)

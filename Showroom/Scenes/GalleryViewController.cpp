@@ -3,6 +3,7 @@
 #include "Main/MivoraUI.h"
 #include "Platform/Foundation/MainQueue.h"
 #include "Platform/UIKit/UIScreen.h"
+#include "Showroom/Common/ShopViews.h"
 #include "Showroom/Scenes/GalleryPieces.h"
 #include "UI/Extensions/GradientView.h"
 #include "UI/Extensions/MVBorders.h"
