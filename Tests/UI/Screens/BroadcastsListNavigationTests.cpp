@@ -91,12 +91,12 @@ TEST_F(ListNavigationTest, onlyLiveShowsMayAskForALogin)
         EXPECT_EQ(opened(), c.opens ? std::optional<std::string>("s") : std::nullopt);
         ASSERT_EQ(alertTexts(), c.opens ? Lines {} : loginAlert);
         if (!c.opens) {
-            pressOk();
+            tapOk();
             EXPECT_EQ(alertTexts(), Lines {}) << "Ok closes it";
             EXPECT_EQ(titles(0), Lines { "Show s" }) << "and the list is still there";
             pressAction(0);
             EXPECT_EQ(alertTexts(), loginAlert) << "asked again";
-            pressOk();
+            tapOk();
         }
         leaveAll();
     }
@@ -129,7 +129,7 @@ TEST_F(ListNavigationTest, withoutAStackNothingOpensButTheAlertStillComes)
     host.tap(middle(*button));
     host.advance(1);
     EXPECT_EQ(alertTexts(), loginAlert);
-    pressOk();
+    tapOk();
     host.tap(middle(*find(list->view(), "backButton")));
     host.advance(1);
     EXPECT_EQ(window->topmostController(), list) << "there is no way back either";

@@ -1,12 +1,9 @@
 #pragma once
 
-#include "Platform/UIKit/UIAlertController.h"
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UILabel.h"
-#include "Platform/UIKit/UINavigationController.h"
 #include "Platform/UIKit/UITableView.h"
-#include "Service/Mivora.h"
-#include "Tests/UI/Stage.h"
+#include "Tests/UI/Screens/ShopStage.h"
 #include "UI/Screens/Broadcasts List/Controllers/MVBroadcastsViewController.h"
 
 #include <functional>
@@ -36,9 +33,8 @@ private:
 };
 
 // A service of which the test says when and what it answers.
-class ListService final : public Mivora {
+class ListService final : public EventfulService {
 public:
-    MVCurrentUserType role = MVCurrentUserType::user;
     std::vector<BroadcastsCompletion> asked; // all of them
     std::function<BroadcastList(MVBroadcastStatus)> atOnce; // answers within the call
     const std::shared_ptr<std::vector<std::string>> calls = std::make_shared<std::vector<std::string>>();
@@ -49,14 +45,6 @@ public:
         BroadcastsCompletion(asked.at(asked.size() - 1))(list, std::nullopt);
     }
     void fail(const MVApiError& error) { BroadcastsCompletion(asked.at(asked.size() - 1))(std::nullopt, error); }
-    void start(const MVBroadcastLiveUpdate& update)
-    {
-        publish("started", [update](MivoraDelegate& d) { d.didBroadcastStarted(update); });
-    }
-    void complete(const MVBroadcastCompletedUpdate& update)
-    {
-        publish("completed", [update](MivoraDelegate& d) { d.didBroadcastCompleted(update); });
-    }
 
 protected:
     void performGetBroadcasts(const MVBroadCastsListQueryBuilder& query, BroadcastsCompletion completion) override
@@ -70,20 +58,16 @@ protected:
         if (atOnce)
             completion(atOnce(*query.status), std::nullopt);
     }
-    MVCurrentUserType currentUserRole() override { return role; }
 };
 
 // A shop whose stack of controllers has the list of shows on top.
-class ListStage : public Stage {
+class ListStage : public ShopStage {
 protected:
-    using Status = MVBroadcastStatus;
-    using Lines = std::vector<std::string>;
     using List = Mivora::BroadcastList;
 
     ListStage()
     {
         Mivora::install(service);
-        window->setRootViewController(navigation);
         host.advance(0);
     }
     ~ListStage() override
@@ -191,34 +175,7 @@ protected:
         host.tap(middle(*find(cell, "actionButton")));
         host.advance(1);
     }
-    // Title, message and actions of the alert that stands; empty without one.
-    Lines alertTexts() const
-    {
-        const auto alert = std::dynamic_pointer_cast<UIAlertController>(window->topmostController());
-        if (!alert)
-            return {};
-        Lines lines { alert->title(), alert->message() };
-        for (const auto& action : alert->actions())
-            lines.push_back(action.title);
-        return lines;
-    }
-    void pressOk()
-    {
-        const auto ok = find(window->topmostController()->view(), "actionButton");
-        ASSERT_TRUE(ok && !alertTexts().empty());
-        host.tap(middle(*ok));
-        host.advance(1);
-    }
-    Lines takeLines()
-    {
-        auto lines = console.lines();
-        console.clear();
-        return lines;
-    }
-
     const std::shared_ptr<ListService> service = std::make_shared<ListService>();
-    const std::shared_ptr<UIViewController> shop = make<UIViewController>();
-    const std::shared_ptr<UINavigationController> navigation = make<UINavigationController>(shop);
 
 private:
     Lines texts(int index, const std::string& name) const

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "Platform/UIKit/UIAlertController.h"
 #include "Platform/UIKit/UIButton.h"
-#include "Platform/UIKit/UINavigationController.h"
-#include "Service/Mivora.h"
-#include "Tests/UI/Stage.h"
+#include "Tests/UI/Screens/ShopStage.h"
 #include "UI/Screens/Broadcast Screen/Controllers/MVBroadcastScreenViewController.h"
 
 #include <utility>
@@ -36,9 +33,8 @@ protected:
 };
 
 // A service that answers for a broadcast when the test says so.
-class ScriptedService final : public Mivora {
+class ScriptedService final : public EventfulService {
 public:
-    MVCurrentUserType role = MVCurrentUserType::user;
     std::vector<std::string> asked; // identifiers
     std::vector<BroadcastCompletion> completions; // of what was asked
     std::vector<UserCompletion> guests; // of the guest users that were to be created
@@ -46,14 +42,6 @@ public:
 
     void answer(const std::shared_ptr<MVBroadcast>& broadcast) const { completions.back()(broadcast, std::nullopt); }
     void fail(const MVApiError& error) const { completions.back()(nullptr, error); }
-    void start(const MVBroadcastLiveUpdate& update)
-    {
-        publish("started", [update](MivoraDelegate& d) { d.didBroadcastStarted(update); });
-    }
-    void complete(const MVBroadcastCompletedUpdate& update)
-    {
-        publish("completed", [update](MivoraDelegate& d) { d.didBroadcastCompleted(update); });
-    }
 
 protected:
     void performGetBroadcast(const std::string& identifier, BroadcastCompletion completion) override
@@ -67,11 +55,10 @@ protected:
         if (onCreateGuest)
             onCreateGuest(displayName);
     }
-    MVCurrentUserType currentUserRole() override { return role; }
 };
 
-// A shop's stack of controllers in a window, on which broadcast screens are opened and closed.
-class RouterStage : public Stage {
+// A shop's stack of controllers, on which broadcast screens are opened and closed.
+class RouterStage : public ShopStage {
 protected:
     using Router = MVBroadcastScreenViewController;
 
@@ -81,7 +68,6 @@ protected:
         host.device().setModel(HostDevice::window({ 390, 844 }, 1)); // few pixels, as there are many slides
         UIApplication::shared().setIdleTimerDisabled(false);
         navigation->setNavigationBarHidden(true, false);
-        window->setRootViewController(navigation);
         host.advance(0);
     }
     ~RouterStage() override
@@ -130,6 +116,24 @@ protected:
         return broadcast;
     }
 
+    static MVBroadcastLiveUpdate startOf(const std::optional<std::string>& id)
+    {
+        return { id, "Winter coats", Date { 1000 }, Status::live, "u1", "Ana", 77 };
+    }
+    static MVBroadcastCompletedUpdate endOf(const std::optional<std::string>& id)
+    {
+        return { id, "Coats, over", Date { 4600 }, 3600, Status::completed };
+    }
+    void start() { service->start(startOf("show")); }
+    void complete() { service->complete(endOf("show")); }
+    std::shared_ptr<UIViewController> presentOn(UIViewController& presenter)
+    {
+        auto editor = make<UIViewController>();
+        presenter.present(editor, true);
+        host.advance(1);
+        return editor;
+    }
+
     template <typename Child> static std::shared_ptr<Child> child(const Router& router)
     {
         for (const auto& controller : router.children())
@@ -153,27 +157,6 @@ protected:
         return names;
     }
 
-    std::shared_ptr<UIAlertController> alert() const
-    {
-        return std::dynamic_pointer_cast<UIAlertController>(window->topmostController());
-    }
-    // Title, message and actions of the alert that stands; empty without one.
-    std::vector<std::string> alertTexts() const
-    {
-        const auto standing = alert();
-        if (!standing)
-            return {};
-        std::vector<std::string> texts { standing->title(), standing->message() };
-        for (const auto& action : standing->actions())
-            texts.push_back(action.title);
-        return texts;
-    }
-    void tapOk()
-    {
-        ASSERT_TRUE(alert());
-        host.tap(middle(*find(alert()->view(), "actionButton")));
-        host.advance(1);
-    }
     // From the leading edge of the screen to so many points inside, held there before it is let go.
     void swipeBack(double distance)
     {
@@ -205,16 +188,9 @@ protected:
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << (isAwake() ? "" : "asleep ") << (isListening() ? "" : "deaf");
     }
-    std::vector<std::string> takeLines()
-    {
-        auto lines = console.lines();
-        console.clear();
-        return lines;
-    }
-
+    const Lines loginAlert { "Error", "Please Login to watch the Live Broadcast", "Ok" };
+    const Lines endAlert { "Broadcast Ended", "This broadcast has been ended by host. Thanks for watching.", "Ok" };
     const std::shared_ptr<ScriptedService> service = std::make_shared<ScriptedService>();
-    const std::shared_ptr<UIViewController> shop = make<UIViewController>();
-    const std::shared_ptr<UINavigationController> navigation = make<UINavigationController>(shop);
 };
 
 } // namespace mv
