@@ -1,23 +1,11 @@
 #include "Platform/AVFoundation/VideoPixels.h"
 
+#include "Platform/CoreGraphics/ProcessorClones.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
 #include <vector>
-
-// The loops exist twice on x86: for its oldest machines and for those with AVX2. Sanitizers run before the choice is made.
-#if defined(__x86_64__) && defined(__ELF__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-#if defined(__clang__)
-#if __clang_major__ >= 14 && !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
-#define MIVORA_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#else
-#define MIVORA_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#endif
-#ifndef MIVORA_CLONES
-#define MIVORA_CLONES
-#endif
 
 namespace platform {
 

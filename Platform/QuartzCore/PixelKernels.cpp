@@ -1,22 +1,11 @@
 #include "Platform/QuartzCore/PixelKernels.h"
 
+#include "Platform/CoreGraphics/ProcessorClones.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 
-// Each loop exists twice on x86, for the plain processor and for AVX2, chosen at load. Sanitizers run before the choice is made.
-#if defined(__x86_64__) && defined(__ELF__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-#if defined(__clang__)
-#if __clang_major__ >= 14 && !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
-#define FOR_EACH_PROCESSOR __attribute__((target_clones("avx2", "default")))
-#endif
-#else
-#define FOR_EACH_PROCESSOR __attribute__((target_clones("avx2", "default")))
-#endif
-#endif
-#ifndef FOR_EACH_PROCESSOR
-#define FOR_EACH_PROCESSOR
-#endif
 #define INLINE inline __attribute__((always_inline))
 
 namespace platform::rows {
@@ -108,13 +97,13 @@ INLINE Run runInside(std::int64_t first, std::int64_t step, std::int64_t limit, 
 // Functions of their own name, as one compiler wants every declaration of a clone marked.
 namespace loops {
 
-FOR_EACH_PROCESSOR void copyReversed(Pixel* __restrict to, const Pixel* __restrict from, int count)
+MIVORA_CLONES void copyReversed(Pixel* __restrict to, const Pixel* __restrict from, int count)
 {
     for (int i = 0; i < count; ++i)
         to[i] = from[count - 1 - i];
 }
 
-FOR_EACH_PROCESSOR void over(Pixel* __restrict to, const Pixel* __restrict from, int count, unsigned coverage, bool fromIsOpaque)
+MIVORA_CLONES void over(Pixel* __restrict to, const Pixel* __restrict from, int count, unsigned coverage, bool fromIsOpaque)
 {
     int i = 0;
     if (coverage == 255 && fromIsOpaque) {
@@ -140,7 +129,7 @@ FOR_EACH_PROCESSOR void over(Pixel* __restrict to, const Pixel* __restrict from,
     }
 }
 
-FOR_EACH_PROCESSOR void over(
+MIVORA_CLONES void over(
     Pixel* __restrict to, const Pixel* __restrict from, const std::uint8_t* __restrict coverage, int count, bool fromIsOpaque)
 {
     const Pixel bits = fromIsOpaque ? opaqueAlpha : 0;
@@ -148,7 +137,7 @@ FOR_EACH_PROCESSOR void over(
         to[i] = overPixel(to[i], scaled(from[i] | bits, coverage[i]));
 }
 
-FOR_EACH_PROCESSOR void overColor(Pixel* to, Pixel color, int count, unsigned coverage)
+MIVORA_CLONES void overColor(Pixel* to, Pixel color, int count, unsigned coverage)
 {
     const Pixel source = scaled(color, coverage);
     const std::uint32_t rest = 255 - (source >> 24);
@@ -167,25 +156,25 @@ FOR_EACH_PROCESSOR void overColor(Pixel* to, Pixel color, int count, unsigned co
         to[i] = source + scaled(to[i], rest);
 }
 
-FOR_EACH_PROCESSOR void overColor(Pixel* __restrict to, Pixel color, const std::uint8_t* __restrict coverage, int count)
+MIVORA_CLONES void overColor(Pixel* __restrict to, Pixel color, const std::uint8_t* __restrict coverage, int count)
 {
     for (int i = 0; i < count; ++i)
         to[i] = overPixel(to[i], scaled(color, coverage[i]));
 }
 
-FOR_EACH_PROCESSOR void multiply(std::uint8_t* to, const std::uint8_t* from, int count, unsigned factor)
+MIVORA_CLONES void multiply(std::uint8_t* to, const std::uint8_t* from, int count, unsigned factor)
 {
     for (int i = 0; i < count; ++i)
         to[i] = std::uint8_t(multiply255(from[i], factor));
 }
 
-FOR_EACH_PROCESSOR void multiply(std::uint8_t* to, const std::uint8_t* a, const std::uint8_t* b, int count)
+MIVORA_CLONES void multiply(std::uint8_t* to, const std::uint8_t* a, const std::uint8_t* b, int count)
 {
     for (int i = 0; i < count; ++i)
         to[i] = std::uint8_t(multiply255(a[i], b[i]));
 }
 
-FOR_EACH_PROCESSOR void multiplyByAlpha(Pixel* __restrict row, const Pixel* __restrict alpha, int count)
+MIVORA_CLONES void multiplyByAlpha(Pixel* __restrict row, const Pixel* __restrict alpha, int count)
 {
     int i = 0;
     for (Pixels p, a; i + wide <= count; i += wide) {
@@ -198,14 +187,13 @@ FOR_EACH_PROCESSOR void multiplyByAlpha(Pixel* __restrict row, const Pixel* __re
         row[i] = scaled(row[i], alpha[i] >> 24);
 }
 
-FOR_EACH_PROCESSOR void alphaOf(std::uint8_t* __restrict to, const Pixel* __restrict from, int count)
+MIVORA_CLONES void alphaOf(std::uint8_t* __restrict to, const Pixel* __restrict from, int count)
 {
     for (int i = 0; i < count; ++i)
         to[i] = std::uint8_t(from[i] >> 24);
 }
 
-FOR_EACH_PROCESSOR void mixRows(
-    Pixel* __restrict to, const Pixel* __restrict a, const Pixel* __restrict b, int count, unsigned weight)
+MIVORA_CLONES void mixRows(Pixel* __restrict to, const Pixel* __restrict a, const Pixel* __restrict b, int count, unsigned weight)
 {
     const auto weightA = std::uint16_t(256 - weight), weightB = std::uint16_t(weight);
     int i = 0;
@@ -220,7 +208,7 @@ FOR_EACH_PROCESSOR void mixRows(
         to[i] = mixed(a[i], b[i], weight);
 }
 
-FOR_EACH_PROCESSOR void sampleRow(
+MIVORA_CLONES void sampleRow(
     Pixel* __restrict to, const Pixel* __restrict row, int last, std::int64_t x, std::int64_t step, int count)
 {
     // The held ends apart, what remains fits 32 bits and needs no bounds.
@@ -237,7 +225,7 @@ FOR_EACH_PROCESSOR void sampleRow(
         to[i] = row[x + i * step < 0 ? 0 : last];
 }
 
-FOR_EACH_PROCESSOR void samplePicture(
+MIVORA_CLONES void samplePicture(
     Pixel* __restrict to, const Pixel* __restrict pixels, int stride, int width, int height, SlantedWalk walk, int count)
 {
     const std::int64_t endX = std::int64_t(width - 1) << 16, endY = std::int64_t(height - 1) << 16;
@@ -271,7 +259,7 @@ FOR_EACH_PROCESSOR void samplePicture(
     held(until, count);
 }
 
-FOR_EACH_PROCESSOR void lookUp(
+MIVORA_CLONES void lookUp(
     Pixel* __restrict to, const Pixel* __restrict table, int last, std::int64_t position, std::int64_t step, int count)
 {
     const std::int64_t end = std::int64_t(last) << 16;
@@ -286,7 +274,7 @@ FOR_EACH_PROCESSOR void lookUp(
         to[i] = table[position + i * step < 0 ? 0 : last];
 }
 
-FOR_EACH_PROCESSOR void coverRow(std::uint8_t* to, const RoundedRect& shape, int x, int y, int count)
+MIVORA_CLONES void coverRow(std::uint8_t* to, const RoundedRect& shape, int x, int y, int count)
 {
     const CGAffineTransform& m = shape.toLocal;
     // Device pixels for a step across each pair of sides.
@@ -316,13 +304,13 @@ FOR_EACH_PROCESSOR void coverRow(std::uint8_t* to, const RoundedRect& shape, int
     }
 }
 
-FOR_EACH_PROCESSOR void addBytes(std::uint16_t* __restrict sums, const std::uint8_t* __restrict bytes, int count)
+MIVORA_CLONES void addBytes(std::uint16_t* __restrict sums, const std::uint8_t* __restrict bytes, int count)
 {
     for (int i = 0; i < count; ++i)
         sums[i] = std::uint16_t(sums[i] + bytes[i]);
 }
 
-FOR_EACH_PROCESSOR void reduceColumns(
+MIVORA_CLONES void reduceColumns(
     std::uint16_t* __restrict cells, const std::uint16_t* __restrict sums, int count, int pixelsEach, unsigned weight)
 {
     if (pixelsEach == 4) {
@@ -343,7 +331,7 @@ FOR_EACH_PROCESSOR void reduceColumns(
     }
 }
 
-FOR_EACH_PROCESSOR void slideColumns(std::uint32_t* __restrict sums, std::uint16_t* __restrict to,
+MIVORA_CLONES void slideColumns(std::uint32_t* __restrict sums, std::uint16_t* __restrict to,
     const std::uint16_t* __restrict enter, const std::uint16_t* __restrict leave, float scale, int count)
 {
     for (int i = 0; i < count; ++i) {
@@ -352,7 +340,7 @@ FOR_EACH_PROCESSOR void slideColumns(std::uint32_t* __restrict sums, std::uint16
     }
 }
 
-FOR_EACH_PROCESSOR void saturate(Pixel* __restrict to, const std::uint16_t* __restrict cells, int count, int share)
+MIVORA_CLONES void saturate(Pixel* __restrict to, const std::uint16_t* __restrict cells, int count, int share)
 {
     const auto channel = [](int v) { return Pixel(std::clamp((v + 128) >> 8, 0, 255)); };
     for (int i = 0; i < count; ++i) {
@@ -365,7 +353,7 @@ FOR_EACH_PROCESSOR void saturate(Pixel* __restrict to, const std::uint16_t* __re
     }
 }
 
-FOR_EACH_PROCESSOR void accumulate(float* __restrict row, const float* __restrict other, float weight, int count)
+MIVORA_CLONES void accumulate(float* __restrict row, const float* __restrict other, float weight, int count)
 {
     for (int i = 0; i < count; ++i)
         row[i] += weight * other[i];
