@@ -2,7 +2,7 @@
 
 #include "Platform/AVFoundation/Modules/Media/AssetProbe.h"
 #include "Platform/AVFoundation/Modules/Media/MediaWorker.h"
-#include "Platform/AVFoundation/Modules/Media/Playbin.h"
+#include "Platform/AVFoundation/Modules/Media/PlaybinHandle.h"
 #include "Platform/Foundation/ModuleExport.h"
 
 #include <utility>
