@@ -3,7 +3,8 @@
 #include "Benchmarks/Measure.h"
 #include "Platform/AVFoundation/AVPlayer.h"
 #include "Platform/AVFoundation/AVPlayerLayer.h"
-#include "Platform/AVFoundation/VideoPixels.h"
+#include "Platform/AVFoundation/VideoRows.h"
+#include "Platform/CoreGraphics/Bitmap.h"
 #include "Platform/Foundation/Folders.h"
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UIWindow.h"
@@ -57,11 +58,17 @@ double costOfConverting(int frames)
     const VideoPlanes planes { y.data(), u.data(), v.data(), width, width / 2, width / 2, width, height, true, false };
     const double shown = double(screenWidth) * height / screenHeight;
     const VideoPart part { (width - shown) / 2, 0, shown, height };
+    const auto picture = Bitmap::make(screenWidth, screenHeight, PixelFormat::xrgb);
+    const auto convert = [&] {
+        VideoRows rows(planes, part, screenWidth, screenHeight);
+        for (int row = 0; row < screenHeight; ++row)
+            rows.draw(picture->row(row), 0, row, screenWidth);
+    };
     for (int warmUp = 0; warmUp < 5; ++warmUp)
-        drawVideo(planes, part, screenWidth, screenHeight);
+        convert();
     const double before = cpuMilliseconds();
     for (int frame = 0; frame < frames; ++frame)
-        drawVideo(planes, part, screenWidth, screenHeight);
+        convert();
     return (cpuMilliseconds() - before) / frames;
 }
 

@@ -1,6 +1,7 @@
 #include "Platform/AVFoundation/AVPlayerLayer.h"
 
 #include "Platform/AVFoundation/AVPlayer.h"
+#include "Platform/AVFoundation/VideoOutput.h"
 
 #include <cmath>
 #include <utility>
@@ -10,7 +11,7 @@ namespace platform {
 AVPlayerLayer::AVPlayerLayer()
     : output(std::make_shared<VideoOutput>([weakSelf = weak(this)] {
         if (const auto self = weakSelf.lock())
-            self->hasNewFrame();
+            self->setNeedsDisplay(); // which waits until the layer can be seen
     }))
 {
     setContentsGravity(CALayerContentsGravity::center);
@@ -45,21 +46,15 @@ void AVPlayerLayer::display(CGFloat scale)
 {
     const CGSize size = bounds().size();
     const auto pixels = [scale](CGFloat points) { return int(std::lround(std::min(points * scale, 16384.0))); };
+    const VideoTarget wanted { pixels(size.width), pixels(size.height), videoGravity_ };
     setContentsScale(scale);
-    show(output->see({ pixels(size.width), pixels(size.height), videoGravity_ }));
-}
-
-void AVPlayerLayer::hasNewFrame()
-{
-    show(output->take());
-    // The next frame in which the layer can be seen asks for what is missing, and so tells that somebody looks.
-    setNeedsDisplay();
-}
-
-void AVPlayerLayer::show(std::shared_ptr<const Bitmap> picture)
-{
-    if (picture)
-        setContents(CGImage::fromBitmap(std::move(picture)));
+    auto newest = output->newest();
+    if (!newest || (newest == shown && wanted == target))
+        return;
+    shown = std::move(newest);
+    target = wanted;
+    if (auto picture = VideoPixels::fitted(shown, target, pixelsRead))
+        setContents(CGImage::fromLazyPixels(std::move(picture)));
 }
 
 } // namespace platform

@@ -4,6 +4,9 @@
 #include "Platform/CoreGraphics/PixelLoops.h"
 #include "Platform/Foundation/NSLog.h"
 
+#include <atomic>
+#include <utility>
+
 namespace platform {
 namespace {
 std::uint64_t nextId()
@@ -24,6 +27,15 @@ std::shared_ptr<const Bitmap> colored(std::shared_ptr<const Bitmap> pixels)
     }
     return result;
 }
+
+std::shared_ptr<const Bitmap> computed(const LazyPixels& pixels)
+{
+    auto result = Bitmap::make(pixels.width(), pixels.height(), PixelFormat::xrgb);
+    const auto reader = pixels.reader();
+    for (int y = 0; result && y < result->height(); ++y)
+        reader->read(result->row(y), 0, y, result->width());
+    return result;
+}
 }
 
 std::shared_ptr<const CGImage> CGImage::fromBitmap(std::shared_ptr<const Bitmap> pixels)
@@ -36,6 +48,18 @@ std::shared_ptr<const CGImage> CGImage::fromBitmap(std::shared_ptr<const Bitmap>
     image->width_ = pixels->width();
     image->height_ = pixels->height();
     image->pixels_ = std::move(pixels);
+    return image;
+}
+
+std::shared_ptr<const CGImage> CGImage::fromLazyPixels(std::shared_ptr<const LazyPixels> pixels)
+{
+    if (!pixels || pixels->width() <= 0 || pixels->height() <= 0)
+        return nullptr;
+    auto image = std::make_shared<CGImage>();
+    image->id_ = nextId();
+    image->width_ = pixels->width();
+    image->height_ = pixels->height();
+    image->lazy = std::move(pixels);
     return image;
 }
 
@@ -70,15 +94,23 @@ std::shared_ptr<const CGImage> CGImage::decode(
     return image;
 }
 
+const std::shared_ptr<const Bitmap>& CGImage::pixels() const
+{
+    if (lazy)
+        std::call_once(isComputed, [this] { pixels_ = computed(*lazy); });
+    return pixels_;
+}
+
 std::shared_ptr<const Bitmap> CGImage::rendered(int width, int height) const
 {
     if (width <= 0 || height <= 0 || double(width) * height > codecs::maximumPixels)
         return nullptr;
     if (render)
         return render(width, height);
-    if (pixels_->width() == width && pixels_->height() == height)
-        return pixels_;
-    return pixels::resampled(*pixels_, width, height);
+    const auto& own = pixels();
+    if (!own || (own->width() == width && own->height() == height))
+        return own;
+    return pixels::resampled(*own, width, height);
 }
 
 } // namespace platform

@@ -54,6 +54,30 @@ private:
     bool mirrorX, mirrorY;
 };
 
+// Pixel by pixel, computed on the way.
+class LazySource final : public PixelSource {
+public:
+    LazySource(std::shared_ptr<const LazyPixels> picture, int x, int y)
+        : pixels(std::move(picture))
+        , reader(pixels->reader())
+        , x0(x)
+        , y0(y)
+    {
+    }
+
+    SourceRow row(int x, int y, int count, Pixel* room, std::uint8_t*) override
+    {
+        reader->read(room, x - x0, y - y0, count);
+        return { room, 0, nullptr, true };
+    }
+    bool fillsRoom() const override { return true; }
+
+private:
+    std::shared_ptr<const LazyPixels> pixels;
+    std::unique_ptr<LazyPixels::Reader> reader;
+    int x0, y0;
+};
+
 std::int64_t fixed(double v) { return std::llround(v * 65536); }
 
 // Bilinear on upright axes: two rows are mixed, then sampled along.
@@ -230,6 +254,12 @@ bool isScaledLike(const CGAffineTransform& t, const CGAffineTransform& toPixels)
     return std::abs(std::abs(t.a) - std::abs(toPixels.a)) < 1e-6 && std::abs(std::abs(t.d) - std::abs(toPixels.d)) < 1e-6;
 }
 
+// Whether so many pixels lie on the screen's, one on one.
+bool fits(const UprightRect& r, double width, double height)
+{
+    return isWhole(r.left) && isWhole(r.top) && r.right - r.left == width && r.bottom - r.top == height;
+}
+
 std::unique_ptr<PixelSource> uprightSource(
     const Picture& picture, const UprightRect& r, const RenderItem& item, bool isKept, PixelCache& cache)
 {
@@ -238,7 +268,7 @@ std::unique_ptr<PixelSource> uprightSource(
     const CGRect device { r.left, r.top, r.right - r.left, r.bottom - r.top };
     if (device.isEmpty())
         return nullptr;
-    if (isWhole(r.left) && isWhole(r.top) && device.width == pixels.width() && device.height == pixels.height())
+    if (fits(r, pixels.width(), pixels.height()))
         return std::make_unique<BlitSource>(picture.bitmap, int(r.left), int(r.top), mirrorX, mirrorY);
     const double across = pixels.width() / device.width, down = pixels.height() / device.height;
     const int level = levelFor(across, down);
@@ -285,6 +315,9 @@ std::unique_ptr<PixelSource> imageSource(
     if (!image.image || item.rect.isEmpty() || item.transform.determinant() == 0)
         return nullptr;
     const auto upright = UprightRect::make(item.transform, item.rect, 0, 0);
+    if (image.image->lazyPixels() && !image.tint && upright && item.transform.a > 0 && item.transform.d > 0
+        && fits(*upright, image.image->width(), image.image->height()))
+        return std::make_unique<LazySource>(image.image->lazyPixels(), int(upright->left), int(upright->top));
     const bool isKept = upright && isScaledLike(item.transform, toPixels);
     // A drawing that is scaled or turned is rendered as the layout has it, and sampled.
     const double width = isKept ? upright->right - upright->left : item.rect.width * std::abs(toPixels.a);

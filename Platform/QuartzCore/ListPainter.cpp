@@ -243,12 +243,15 @@ void ListPainter::drawPiece(
         }
         if (coverage.isNothing())
             continue;
-        const SourceRow row = source.row(x, y, count, pixelRoom.data(), sourceCoverage.data());
+        rows::Pixel* to = surface.at(x, y);
+        const bool replaces = source.fillsRoom() && !coverage.values && coverage.constant == 255;
+        const SourceRow row = source.row(x, y, count, replaces ? to : pixelRoom.data(), sourceCoverage.data());
+        if (replaces)
+            continue;
         if (row.coverage) {
             coverage.multiply(row.coverage, count);
             isKept = false;
         }
-        rows::Pixel* to = surface.at(x, y);
         if (!row.pixels && !coverage.values)
             rows::overColor(to, row.color, count, coverage.constant);
         else if (!row.pixels)

@@ -1,6 +1,8 @@
 #include "Tests/Platform/AVFoundation/MediaTest.h"
 
 #include <cstdlib>
+#include <functional>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -105,14 +107,37 @@ TEST_F(AVPlayerLayerTest, followsANewSizeInTheSameFrame)
 
 TEST_F(AVPlayerLayerTest, convertsEachFrameOnce)
 {
+    layer->setVideoGravity(AVLayerVideoGravity::resizeAspectFill);
     open(films.plain());
     host.advance(0);
-    const long before = layer->convertedFrameCount();
+    const long before = layer->convertedPixelCount();
     const int frames = host.frameCount();
     player->play();
     host.advance(1);
-    EXPECT_EQ(layer->convertedFrameCount() - before, 30);
+    EXPECT_EQ(layer->convertedPixelCount() - before, 30l * 1179 * 2556);
     EXPECT_EQ(host.frameCount() - frames, 30) << "and the screen draws no other frames";
+}
+
+TEST_F(AVPlayerLayerTest, convertsWhatChangesAboveItOnly)
+{
+    layer->setVideoGravity(AVLayerVideoGravity::resizeAspectFill);
+    open(films.plain());
+    const auto above = make<CALayer>();
+    above->setFrame({ 20, 600, 100, 40 });
+    above->setBackgroundColor(CGColor { 0, 0, 0, 0.5 });
+    window->layer()->addSublayer(above);
+    host.advance(0);
+    long before = layer->convertedPixelCount();
+    above->setFrame({ 20, 590, 100, 40 });
+    host.advance(0);
+    EXPECT_EQ(layer->convertedPixelCount() - before, 300 * 150) << "where it was and where it is";
+    const Tone shown = toneAt(100, 580);
+    before = layer->convertedPixelCount();
+    above->setBackgroundColor(CGColor { 1, 1, 1, 1 });
+    host.advance(0);
+    EXPECT_EQ(layer->convertedPixelCount(), before) << "nothing beneath what covers it";
+    EXPECT_EQ(toneAt(100, 580), shown);
+    above->removeFromSuperlayer();
 }
 
 TEST_F(AVPlayerLayerTest, showsThePresentWhenItComesIntoSight)
@@ -121,12 +146,71 @@ TEST_F(AVPlayerLayerTest, showsThePresentWhenItComesIntoSight)
     host.advance(0.2);
     layer->setHidden(true);
     host.advance(0.2);
-    const long converted = layer->convertedFrameCount();
+    const long converted = layer->convertedPixelCount();
     host.advance(0.5);
-    EXPECT_EQ(layer->convertedFrameCount(), converted);
+    EXPECT_EQ(layer->convertedPixelCount(), converted);
     layer->setHidden(false);
     host.advance(0);
     EXPECT_EQ(shownFrame(), 27);
+}
+
+// Through a mask, faded, turned, scaled and blurred by what lies above it.
+TEST_F(AVPlayerLayerTest, isDrawnLikeAnyPicture)
+{
+    layer->setFrame({ 40, 60, 300, 400 });
+    open(films.plain());
+    host.advance(0);
+    const auto still = make<CALayer>();
+    still->setFrame(layer->frame());
+    still->setContentsGravity(CALayerContentsGravity::center);
+    still->setContentsScale(3);
+    still->setContents(CGImage::fromBitmap(layer->contents()->pixels()));
+    struct Look {
+        const char* why;
+        std::function<void(CALayer&)> apply;
+    };
+    const Look looks[] = { { "plain", [](CALayer&) {} },
+        { "between pixels",
+            [](CALayer& l) {
+                l.setPosition({ 190.1, 260.25 });
+            } },
+        { "faded", [](CALayer& l) { l.setOpacity(0.4); } },
+        { "round", [](CALayer& l) { l.setCornerRadius(30), l.setMasksToBounds(true); } },
+        { "mirrored", [](CALayer& l) { l.setTransform(CGAffineTransform::scale(-1, 1)); } },
+        { "turned", [](CALayer& l) { l.setTransform(CGAffineTransform::rotation(0.3)); } },
+        { "scaled", [](CALayer& l) { l.setTransform(CGAffineTransform::scale(0.7, 0.9)); } },
+        { "masked", [](CALayer& l) {
+             const auto mask = make<CALayer>();
+             mask->setFrame({ 20, 30, 200, 300 });
+             mask->setCornerRadius(50);
+             mask->setBackgroundColor(CGColor { 0, 0, 0, 0.7 });
+             l.setMask(mask);
+         } } };
+    const auto screenWith = [&](const std::shared_ptr<CALayer>& shown) {
+        layer->setHidden(shown != layer);
+        still->setHidden(shown != still);
+        host.advance(0);
+        const Bitmap& screen = host.pixels();
+        std::vector<std::uint32_t> words;
+        for (int y = 0; y < screen.height(); ++y)
+            words.insert(words.end(), screen.row(y), screen.row(y) + screen.width());
+        return words;
+    };
+    window->layer()->addSublayer(still);
+    for (const Look& look : looks) {
+        SCOPED_TRACE(look.why);
+        for (CALayer* each : { static_cast<CALayer*>(layer.get()), still.get() }) {
+            each->setTransform({});
+            each->setFrame({ 40, 60, 300, 400 });
+            each->setOpacity(1);
+            each->setCornerRadius(0);
+            each->setMasksToBounds(false);
+            each->setMask(nullptr);
+            look.apply(*each);
+        }
+        EXPECT_TRUE(screenWith(layer) == screenWith(still));
+    }
+    still->removeFromSuperlayer();
 }
 
 TEST_F(AVPlayerLayerTest, twoLayersShowOnePlayer)

@@ -2,6 +2,7 @@
 #include "Platform/AVFoundation/AVPlayerLayer.h"
 #include "Platform/Foundation/Clock.h"
 #include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/QuartzCore/Compositor.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
 #include "Tests/Platform/AVFoundation/MediaTest.h"
 #include "Tests/Support/RawServer.h"
@@ -18,7 +19,11 @@ using Status = AVPlayerTimeControlStatus;
 // A screen of one layer on the real clock.
 class RealTimeMediaTest : public ::testing::Test {
 protected:
-    RealTimeMediaTest() { layer->setFrame({ 0, 0, 320, 240 }); }
+    RealTimeMediaTest()
+    {
+        layer->setFrame({ 0, 0, 320, 240 });
+        screen.setSize(320, 240);
+    }
     ~RealTimeMediaTest() override
     {
         layer->setPlayer(nullptr);
@@ -63,13 +68,11 @@ protected:
         ++frames;
         LayerCommitter::layout({ layer });
         LayerCommitter::display({ layer }, 1);
-        LayerCommitter::commit({ layer }, time, 1, { 0, 0, 320, 240 });
+        screen.composite(LayerCommitter::commit({ layer }, time, 1, { 0, 0, 320, 240 }));
     }
     std::optional<int> shownFrame() const
     {
-        const auto picture = layer->contents() ? layer->contents()->pixels() : nullptr;
-        if (!picture)
-            return std::nullopt;
+        const auto& picture = screen.frame();
         return showroom::media::frameCode::read(picture->row(0), picture->stride() / 4, picture->width(), picture->height());
     }
 
@@ -78,6 +81,7 @@ protected:
     const TestFilms& films = TestFilms::shared();
     std::shared_ptr<AVPlayerLayer> layer = make<AVPlayerLayer>();
     std::shared_ptr<AVPlayer> player;
+    Compositor screen;
     int frames = 0;
 };
 
@@ -98,7 +102,7 @@ TEST_F(RealTimeMediaTest, showsFramesAtTheirTimes)
         EXPECT_NEAR(player->currentTime(), clock.now() - started, 0.02);
     }
     EXPECT_LE(frames - framesBefore, 34) << "the screen draws only when a frame is due";
-    EXPECT_LE(layer->convertedFrameCount(), 36);
+    EXPECT_LE(layer->convertedPixelCount(), 36l * 320 * 240);
 }
 
 TEST_F(RealTimeMediaTest, endsPausesAndStartsOver)
@@ -169,10 +173,10 @@ TEST_F(RealTimeMediaTest, convertsNothingForALayerThatNobodySees)
     run(0.2);
     layer->setHidden(true);
     run(0.2);
-    const long converted = layer->convertedFrameCount();
+    const long converted = layer->convertedPixelCount();
     const int drawn = frames;
     run(0.5);
-    EXPECT_EQ(layer->convertedFrameCount(), converted);
+    EXPECT_EQ(layer->convertedPixelCount(), converted);
     EXPECT_LE(frames - drawn, 1) << "and asks for no frames";
     layer->setHidden(false);
     run(0.1);

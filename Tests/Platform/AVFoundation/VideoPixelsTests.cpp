@@ -1,4 +1,5 @@
 #include "Platform/AVFoundation/VideoPixels.h"
+#include "Platform/CoreGraphics/CGImage.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,17 @@ struct Picture {
     }
     VideoPart whole() const { return { 0, 0, double(planes.width), double(planes.height) }; }
 };
+
+class StillFrame final : public VideoFrame {
+public:
+    explicit StillFrame(const VideoPlanes& planes) { planes_ = planes; }
+};
+
+std::shared_ptr<const Bitmap> drawVideo(const VideoPlanes& planes, const VideoPart& part, int width, int height)
+{
+    return CGImage::fromLazyPixels(std::make_shared<VideoPixels>(std::make_shared<StillFrame>(planes), part, width, height))
+        ->pixels();
+}
 
 int greenAt(const Bitmap& bitmap, int x, int y) { return int(bitmap.row(y)[x] >> 8 & 255); }
 
@@ -98,6 +110,40 @@ TEST(VideoPixels, meanWhatTheyShrink)
     for (int y = 2; y < 30; ++y)
         for (int x = 2; x < 48; ++x)
             ASSERT_NEAR(greenAt(*drawn, x, y), 128, 2);
+}
+
+// Whatever part of a picture is drawn, and after whatever other, it has the pixels of the whole.
+TEST(VideoPixels, dependOnTheirPlacesAlone)
+{
+    Picture picture(90, 70, [](int x, int y) { return (x * 37 ^ y * 59) & 255; });
+    for (std::size_t i = 0; i < picture.u.size(); ++i) {
+        picture.u[i] = std::uint8_t(i * 101 >> 2);
+        picture.v[i] = std::uint8_t(i * 57 >> 1);
+    }
+    const auto frame = std::make_shared<StillFrame>(picture.planes);
+    struct Size {
+        const char* why;
+        int width, height;
+    };
+    for (const auto& [why, width, height] : { Size { "larger", 203, 157 }, Size { "as it is", 90, 70 },
+             Size { "narrower", 62, 110 }, Size { "far narrower", 7, 150 }, Size { "halved twice", 21, 16 } }) {
+        SCOPED_TRACE(why);
+        const VideoPixels pixels(frame, { 1.3, 2.7, 86, 66 }, width, height);
+        const auto whole = drawVideo(picture.planes, { 1.3, 2.7, 86, 66 }, width, height);
+        const auto reader = pixels.reader();
+        unsigned seed = 1;
+        const auto below = [&](int end) { return int((seed = seed * 1664525 + 1013904223) >> 16) % end; };
+        for (int piece = 0; piece < 60; ++piece) {
+            const int x = below(width), y = below(height), count = 1 + below(width - x),
+                      rows = 1 + below(std::min(height - y, 6));
+            for (int row = y; row < y + rows; ++row) {
+                std::vector<std::uint32_t> drawn(std::size_t(count) + 1, 0x12345678);
+                reader->read(drawn.data(), x, row, count);
+                ASSERT_TRUE(std::equal(drawn.begin(), drawn.end() - 1, whole->row(row) + x)) << x << ", " << row << ": " << count;
+                ASSERT_EQ(drawn.back(), 0x12345678u) << "nothing beyond";
+            }
+        }
+    }
 }
 
 TEST(VideoPixels, takeOddAndTinyPictures)
