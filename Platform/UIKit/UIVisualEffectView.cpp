@@ -19,20 +19,19 @@ UIColor following(const UIColor& light, const UIColor& dark)
 // White texts on a dark style and black ones on a light style stay readable over any picture.
 UIColor tintOf(UIBlurEffect::Style style)
 {
-    const UIColor darkMaterial = UIColor::white(0.11, 0.7);
     switch (style) {
     case UIBlurEffect::Style::light:
         return UIColor::white(1, 0.45);
     case UIBlurEffect::Style::dark:
         return UIColor::white(0.06, 0.65);
     case UIBlurEffect::Style::regular:
-        return following(UIColor::white(0.97, 0.65), darkMaterial);
+        return following(UIColor::white(0.97, 0.65), UIColor::white(0.11, 0.7));
     case UIBlurEffect::Style::systemThinMaterial:
         return following(UIColor::white(0.97, 0.6), UIColor::white(0.11, 0.6));
     case UIBlurEffect::Style::systemMaterial:
         return following(UIColor::white(0.97, 0.78), UIColor::white(0.13, 0.8));
     case UIBlurEffect::Style::systemMaterialDark:
-        return darkMaterial;
+        return UIColor::white(0.15, 0.85);
     }
     return UIColor::clear();
 }
