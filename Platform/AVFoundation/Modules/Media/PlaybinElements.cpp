@@ -16,6 +16,7 @@ namespace platform {
 namespace {
 
 constexpr gint64 latestFrame = 100 * GST_MSECOND; // later ones are left out
+constexpr guint settlingCheck = 100; // milliseconds
 
 // Bits of the pipeline's flags.
 enum PlayFlag : unsigned { playVideo = 1, playAudio = 2, softVolume = 0x10, bufferNetwork = 0x100 };
@@ -25,6 +26,27 @@ std::string takeMessage(GError* error)
     std::string text = error ? error->message : "unknown";
     g_clear_error(&error);
     return text;
+}
+
+void drop(GSource*& watch)
+{
+    if (!watch)
+        return;
+    g_source_destroy(watch);
+    g_source_unref(std::exchange(watch, nullptr));
+}
+
+// Whether the element was to find out what a medium holds, found nothing, and has stopped.
+bool isStuckDemuxer(GstElement* element)
+{
+    const auto* kind = gst_element_class_get_metadata(GST_ELEMENT_GET_CLASS(element), GST_ELEMENT_METADATA_KLASS);
+    if (!kind || std::string(kind).find("Demux") == std::string::npos || element->numsrcpads > 0)
+        return false;
+    GstPad* pad = gst_element_get_static_pad(element, "sink");
+    const bool hasStopped = pad && gst_pad_get_task_state(pad) == GST_TASK_PAUSED;
+    if (pad)
+        gst_object_unref(pad);
+    return hasStopped;
 }
 
 } // namespace
@@ -37,6 +59,7 @@ struct PlaybinElements::Impl {
     GstElement* playbin = nullptr;
     GstElement* videoSink = nullptr; // the pipeline's
     GSource* busWatch = nullptr;
+    GSource* settlingWatch = nullptr; // until it has settled
     std::atomic<GstClockTime> dataEnd { 0 }; // nanoseconds of the medium
 
     Impl(const std::string& address, MediaPace pace, Owner& owner)
@@ -48,10 +71,13 @@ struct PlaybinElements::Impl {
     bool make();
     void noteEnds(GstElement* sink);
     void watchBus();
+    void watchSettling();
+    bool isStuck() const;
     void take(GstMessage* message);
     GstFlowReturn show(GstSample* sample);
 
     static GstPadProbeReturn didArrive(GstPad* pad, GstPadProbeInfo* info, gpointer self);
+    static gboolean didWait(gpointer self);
     static gboolean didPost(GstBus*, GstMessage* message, gpointer self);
     static GstFlowReturn didSample(GstAppSink* sink, gpointer self);
     static GstFlowReturn didPreroll(GstAppSink* sink, gpointer self);
@@ -69,6 +95,7 @@ bool PlaybinElements::open()
     if (!impl->make())
         return false;
     impl->watchBus();
+    impl->watchSettling();
     // The same clock as RealClock, so that the player's arithmetic and the frames agree.
     GstClock* clock = gst_system_clock_obtain();
     gst_pipeline_use_clock(GST_PIPELINE(impl->playbin), clock);
@@ -141,14 +168,44 @@ void PlaybinElements::Impl::watchBus()
     gst_object_unref(bus);
 }
 
+// The library loses the complaint of an element that fails while it is being put in its place: then nothing follows, neither a
+// picture nor a word.
+void PlaybinElements::Impl::watchSettling()
+{
+    settlingWatch = g_timeout_source_new(settlingCheck);
+    g_source_set_callback(settlingWatch, didWait, this, nullptr);
+    g_source_attach(settlingWatch, g_main_context_get_thread_default());
+}
+
+bool PlaybinElements::Impl::isStuck() const
+{
+    GstIterator* all = gst_bin_iterate_recurse(GST_BIN(playbin));
+    GValue found = G_VALUE_INIT;
+    const auto compare = [](gconstpointer item, gconstpointer) -> gint {
+        return isStuckDemuxer(static_cast<GstElement*>(g_value_get_object(static_cast<const GValue*>(item)))) ? 0 : 1;
+    };
+    const bool isStuck = gst_iterator_find_custom(all, compare, &found, nullptr);
+    if (isStuck)
+        g_value_unset(&found);
+    gst_iterator_free(all);
+    return isStuck;
+}
+
+gboolean PlaybinElements::Impl::didWait(gpointer self)
+{
+    auto& elements = *static_cast<Impl*>(self);
+    if (!elements.isStuck())
+        return G_SOURCE_CONTINUE;
+    elements.owner.didFail("it holds nothing that can be played");
+    return G_SOURCE_REMOVE;
+}
+
 void PlaybinElements::close()
 {
     if (!impl->playbin)
         return;
-    if (impl->busWatch) {
-        g_source_destroy(impl->busWatch);
-        g_source_unref(std::exchange(impl->busWatch, nullptr));
-    }
+    drop(impl->busWatch);
+    drop(impl->settlingWatch);
     gst_element_set_state(impl->playbin, GST_STATE_NULL); // returns when its threads have let go
     gst_object_unref(std::exchange(impl->playbin, nullptr));
     impl->videoSink = nullptr;
@@ -220,7 +277,10 @@ void PlaybinElements::Impl::take(GstMessage* message)
     const bool isOwn = GST_MESSAGE_SRC(message) == GST_OBJECT(playbin);
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ASYNC_DONE:
-        return isOwn ? owner.didSettle() : void();
+        if (!isOwn)
+            return;
+        drop(settlingWatch);
+        return owner.didSettle();
     case GST_MESSAGE_STATE_CHANGED: {
         GstState state = GST_STATE_NULL;
         gst_message_parse_state_changed(message, nullptr, &state, nullptr);
