@@ -2,6 +2,7 @@
 
 #include "Platform/CoreGraphics/CGImage.h"
 #include "Platform/Foundation/MainQueue.h"
+#include "Platform/UIKit/UIPasteboard.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,6 +32,7 @@ HeadlessHost::HeadlessHost(HostDevice model, const DeviceState& state, HostTime 
           (Clock::setCurrent(time == HostTime::real ? static_cast<Clock*>(&realClock) : &manualClock), std::move(model)), state)
 {
     UIApplication::shared().setHost(this);
+    UIPasteboard::general().setHost(nullptr); // empty, and the application's own
 }
 
 HeadlessHost::~HeadlessHost() { UIApplication::shared().setHost(nullptr); }
@@ -146,6 +148,24 @@ void HeadlessHost::type(const std::string& text)
 void HeadlessHost::pressDelete()
 {
     UIApplication::shared().sendDeleteBackward();
+    pass(0);
+}
+
+void HeadlessHost::pressKey(UIKey key, UIKeyModifiers modifiers)
+{
+    UIApplication::shared().sendKey(key, modifiers);
+    pass(0);
+}
+
+void HeadlessHost::perform(UIEditAction action)
+{
+    UIApplication::shared().sendEditAction(action);
+    pass(0);
+}
+
+void HeadlessHost::compose(const std::string& text, std::size_t caret)
+{
+    UIApplication::shared().sendMarkedText(text, std::min(caret, text.size()));
     pass(0);
 }
 

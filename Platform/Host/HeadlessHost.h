@@ -47,6 +47,9 @@ public:
     // The keyboard's keys, for whoever is the first responder.
     void type(const std::string& text); // UTF-8
     void pressDelete();
+    void pressKey(UIKey key, UIKeyModifiers modifiers = UIKeyModifiers::none);
+    void perform(UIEditAction action); // as Control with A, C, X or V does
+    void compose(const std::string& text, std::size_t caret = std::string::npos); // by an input method; bytes, its end at most
 
     SimulatedDevice& device() { return device_; }
     const SimulatedDevice& device() const { return device_; }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Platform/CoreGraphics/CGGeometry.h"
+#include "Platform/UIKit/UIResponder.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,7 +20,8 @@ struct WindowEvent {
         touchesLost, // the fingers' and the mouse's ends will not be told
         wheel, // turned, or two fingers on a trackpad
         key, // pressed, or held until it repeats
-        text, // typed, composed
+        text, // typed, or chosen in an input method
+        composition, // what an input method would type now
         resized,
         exposed, // the window system lost what was shown
         hidden, // minimised or covered for good
@@ -29,10 +32,12 @@ struct WindowEvent {
     int finger = 0; // 0: the mouse or the first finger
     CGPoint point; // window points
     double dx = 0, dy = 0; // of a wheel, in points: positive ones ask for what lies to the right or below
-    char32_t key = 0; // the key's character without shift, or 8, 9, 13, 27 for Backspace, Tab, Return, Escape
+    std::optional<UIKey> named; // of a key: one without a character
+    char32_t key = 0; // else the key's character without shift
     bool command = false; // Control, or the command key, is held
     bool shift = false; // is held
     std::string text; // UTF-8
+    std::size_t caret = 0; // in a composition, bytes
 };
 
 // One window of the desktop. Main thread.
@@ -50,6 +55,12 @@ public:
     virtual int descriptor() const = 0;
     // Whether the display stays on while nobody touches it.
     virtual void keepAwake(bool awake) = 0;
+    // Keys become text, through an input method if there is one, whose candidates keep clear of that caret (window points).
+    virtual void startTextInput() = 0;
+    virtual void setTextInputCaret(const CGRect& caret) = 0;
+    virtual void stopTextInput() = 0; // and forgets what is being composed
+    virtual std::string clipboardText() = 0; // UTF-8; empty for none
+    virtual bool setClipboardText(const std::string& text) = 0; // false when the window system does not take it
     // Shows these rectangles of the frame (rows of 0xXXRRGGBB words); all of it when the window has lost what it showed.
     virtual void present(const std::uint32_t* pixels, int stride, int width, int height, const std::vector<PixelRect>& damage)
         = 0;

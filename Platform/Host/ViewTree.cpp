@@ -8,6 +8,7 @@
 #include "Platform/UIKit/UILabel.h"
 #include "Platform/UIKit/UIScreen.h"
 #include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UITextField.h"
 #include "Platform/UIKit/UITextView.h"
 #include "Platform/UIKit/UIViewController.h"
 #include "Platform/UIKit/UIWindow.h"
@@ -105,6 +106,8 @@ private:
             return writeLabel(*label);
         if (const auto* textView = dynamic_cast<const UITextView*>(&view))
             return writeTextView(*textView);
+        if (const auto* field = dynamic_cast<const UITextField*>(&view))
+            return writeTextField(*field);
         if (const auto* button = dynamic_cast<const UIButton*>(&view); button && !button->currentTitle().empty()) {
             node.append("text", button->currentTitle());
             node.append("font", button->titleLabel()->font().text());
@@ -137,6 +140,19 @@ private:
         node.append("font", textView.font().text());
         append("color", resolved(textView.textColor()));
         append("tint", resolved(textView.tintColor()));
+    }
+
+    void writeTextField(const UITextField& field)
+    {
+        if (!field.text().empty())
+            node.append("text", field.text());
+        if (!field.attributedPlaceholder().isEmpty())
+            node.append("placeholder", field.placeholder());
+        node.append("font", field.font().text());
+        append("color", resolved(field.textColor()));
+        append("tint", resolved(field.tintColor()));
+        if (field.textAlignment() != NSTextAlignment::natural)
+            node.append("textAlignment", name(field.textAlignment()));
     }
 
     // What a run leaves open is the view's.

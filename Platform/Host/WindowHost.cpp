@@ -21,10 +21,6 @@ namespace platform {
 namespace {
 
 constexpr double frameLength = 1.0 / 60; // seconds
-constexpr char32_t backspace = 8;
-constexpr char32_t tab = 9;
-constexpr char32_t enter = 13;
-constexpr char32_t escape = 27;
 constexpr double forever = std::numeric_limits<double>::infinity();
 
 // The desktop shows a device at the window's own density, in the model's size.
@@ -62,10 +58,16 @@ WindowHost::WindowHost(std::unique_ptr<NativeWindow> newWindow, HostDevice model
     , device_((Clock::setCurrent(&clock), std::move(model)), state)
 {
     UIApplication::shared().setHost(this);
+    UIPasteboard::general().setHost(this);
+    window->stopTextInput(); // which the window system begins with
     fitWindow();
 }
 
-WindowHost::~WindowHost() { UIApplication::shared().setHost(nullptr); }
+WindowHost::~WindowHost()
+{
+    UIPasteboard::general().setHost(nullptr);
+    UIApplication::shared().setHost(nullptr);
+}
 
 void WindowHost::run()
 {
@@ -73,6 +75,7 @@ void WindowHost::run()
         for (const auto& event : window->takeEvents())
             handle(event);
         MainQueue::shared().run(clock.now());
+        followWriter();
         if (visible && clock.now() >= nextFrame)
             showFrame();
         if (running && !window->hasEvents())
@@ -107,9 +110,13 @@ void WindowHost::handle(const WindowEvent& event)
         application.sendScroll(event.point, event.dx, event.dy);
         return;
     case WindowEvent::Kind::key:
-        return event.command ? handleCommand(event.key) : handleKey(event.key, event.shift);
+        if (event.named)
+            return handleKey(*event.named, event.command, event.shift);
+        return event.command ? handleCommand(event.key) : void();
     case WindowEvent::Kind::text:
         return application.sendText(event.text);
+    case WindowEvent::Kind::composition:
+        return application.sendMarkedText(event.text, event.caret);
     case WindowEvent::Kind::resized:
         resized = true; // however many sizes come between two frames, one is laid out
         return;
@@ -131,23 +138,33 @@ void WindowHost::handle(const WindowEvent& event)
     }
 }
 
-void WindowHost::handleKey(char32_t key, bool shift)
+void WindowHost::handleKey(UIKey key, bool command, bool shift)
 {
     auto& application = UIApplication::shared();
-    if (key == backspace)
-        application.sendDeleteBackward();
-    else if (key == enter)
-        application.sendKey(UIKey::enter);
-    else if (key == tab)
-        application.sendKey(shift ? UIKey::backTab : UIKey::tab);
-    else if (key == escape)
-        application.sendKey(UIKey::escape);
+    if (key == UIKey::deleteBackward && !command)
+        return application.sendDeleteBackward();
+    const auto held
+        = (command ? UIKeyModifiers::control : UIKeyModifiers::none) | (shift ? UIKeyModifiers::shift : UIKeyModifiers::none);
+    application.sendKey(key, held);
 }
 
 void WindowHost::handleCommand(char32_t key)
 {
     const auto& state = device_.state();
+    auto& application = UIApplication::shared();
     switch (key) {
+    case 'a':
+        application.sendEditAction(UIEditAction::selectAll);
+        return;
+    case 'c':
+        application.sendEditAction(UIEditAction::copy);
+        return;
+    case 'x':
+        application.sendEditAction(UIEditAction::cut);
+        return;
+    case 'v':
+        application.sendEditAction(UIEditAction::paste);
+        return;
     case 'r':
         device_.rotate(device_.isLandscape() ? UIDeviceOrientation::portrait : UIDeviceOrientation::landscapeLeft);
         return fitWindow();
@@ -168,6 +185,24 @@ void WindowHost::handleCommand(char32_t key)
     default:
         return;
     }
+}
+
+// Keys become text while somebody takes it, beside whose caret an input method shows what it offers.
+void WindowHost::followWriter()
+{
+    const auto present = UIApplication::shared().firstResponder();
+    if (writer.lock() != present) {
+        window->stopTextInput();
+        if (present)
+            window->startTextInput();
+        writer = WeakRef<UIResponder>(present.get());
+        writersCaret = {};
+    }
+    const auto* input = present ? present->textInput() : nullptr;
+    const CGRect caret = input ? input->caretRect() : CGRect {};
+    if (caret != writersCaret)
+        window->setTextInputCaret(caret);
+    writersCaret = caret;
 }
 
 // The viewer has drawn the window to another size: the device takes it.

@@ -5,6 +5,7 @@
 #include "Platform/Host/SdlModule.h"
 #include "Platform/Host/SimulatedDevice.h"
 #include "Platform/UIKit/UIApplication.h"
+#include "Platform/UIKit/UIPasteboard.h"
 
 #include <memory>
 #include <string>
@@ -12,9 +13,10 @@
 namespace platform {
 
 // A host with a window on the desktop, real time, mouse, fingers, wheel and keys. With Control (or the command key) held, R turns
-// the device, D changes between light and dark, L the direction, T between phone and tablet, Q closes the window. Drawn to
-// another size, the window becomes a device of that size. Main thread.
-class WindowHost final : private UIApplicationHost {
+// the device, D changes between light and dark, L the direction, T between phone and tablet, Q closes the window; A, C, X and V
+// select, copy, cut and paste where there is text being written. Drawn to another size, the window becomes a device of that size.
+// Main thread.
+class WindowHost final : private UIApplicationHost, private UIPasteboardHost {
 public:
     // Null when there is no display; `problem` then says why.
     static std::unique_ptr<WindowHost> open(
@@ -33,9 +35,12 @@ private:
     WindowHost(std::unique_ptr<NativeWindow> window, HostDevice model, const DeviceState& state);
     bool open(const URL& url) override;
     void setIdleTimerDisabled(bool disabled) override { window->keepAwake(disabled); }
+    std::string pasteboardText() override { return window->clipboardText(); }
+    bool setPasteboardText(const std::string& text) override { return window->setClipboardText(text); }
     void handle(const WindowEvent& event);
-    void handleKey(char32_t key, bool shift);
+    void handleKey(UIKey key, bool command, bool shift);
     void handleCommand(char32_t key);
+    void followWriter();
     void followWindow();
     void fitWindow();
     void showFrame();
@@ -45,6 +50,8 @@ private:
     RealClock clock;
     SimulatedDevice device_;
     FrameDriver driver;
+    WeakRef<UIResponder> writer; // the first responder that the window types for
+    CGRect writersCaret; // screen points, as the window knows it
     double nextFrame = 0; // seconds on the clock: the earliest time of another frame
     int frames = 0;
     bool running = true;

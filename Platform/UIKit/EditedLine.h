@@ -1,48 +1,67 @@
 #pragma once
 
-#include "Platform/CoreGraphics/Text/TextLayout.h"
-#include "Platform/QuartzCore/CALayer.h"
+#include "Platform/UIKit/BlinkingCaret.h"
+#include "Platform/UIKit/EditedText.h"
 #include "Platform/UIKit/TextEditor.h"
+#include "Platform/UIKit/TextPicture.h"
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace platform {
 
-class NSTimer;
-
-// What is seen of a line that is written in: its text, cut with an ellipsis at rest, and while it is edited the caret, which
-// blinks. All of it lies in layers, in the coordinates of the layer that is handed in. Lengths are points. Main thread.
+// How a line looks that is being written in: text, selection, the underline of a composition and a caret that blinks. What does
+// not fit into its rectangle moves along under the caret; only what is seen is drawn. Layers, points in the parent's coordinates.
+// Main thread.
 class EditedLine {
 public:
     struct Look {
-        std::shared_ptr<const CTFont> font; // never null once it is shown
-        CGColor color, tint;
+        CGColor color; // of the text
+        CGColor tint; // of caret and selection
         NSTextAlignment alignment = NSTextAlignment::left; // left, center or right
-        TextDirection direction = TextDirection::leftToRight;
-        CGFloat scale = 1; // pixels a point
-        bool operator==(const Look&) const = default;
     };
 
     explicit EditedLine(CALayer& parent);
-    ~EditedLine();
+    ~EditedLine() { window->removeFromSuperlayer(); }
+    EditedLine(const EditedLine&) = delete;
+    EditedLine& operator=(const EditedLine&) = delete;
 
-    void show(const TextEditor& editor, const Look& look, const CGRect& rect, bool editing);
-    CGRect caretRect() const { return caret->frame().offsetBy(window->frame().x, window->frame().y); }
-    std::size_t offsetAt(CGFloat x) const; // the nearest border between characters
-    void restartBlinking(); // lit for a while from now on
+    // The text as it was laid out last, moved so far that the caret is inside the rectangle.
+    void show(const TextEditor& editor, const Look& look, const CGRect& rect);
+    void hide(); // and begin with the text's beginning next time
+    void restartBlinking() { caret.restart(); } // lit from now on for a while
+
+    EditedText& text() { return text_; }
+    CGRect caretRect() const;
+    TextPosition positionAt(CGFloat x) const;
 
 private:
-    TextParagraph paragraph(std::string text) const;
-    CGFloat widthOf(std::string text) const;
-    void stopBlinking();
+    struct Tile { // a part of a stretch that is seen
+        std::uint64_t stretch = 0;
+        int index = 0; // from the stretch's left
+        TextPicture picture;
+        std::shared_ptr<CALayer> layer;
+    };
 
-    std::shared_ptr<CALayer> window = make<CALayer>(); // clips the others
-    std::shared_ptr<CALayer> textLayer = make<CALayer>();
-    std::shared_ptr<CALayer> caret = make<CALayer>();
-    std::shared_ptr<NSTimer> blinking;
-    Look look;
-    std::string shownText;
-    CGFloat textX = 0; // where the line begins in the window
+    void scroll(const Look& look, TextPosition caret);
+    void showTiles(const Look& look);
+    void showCaret(const TextEditor& editor, const Look& look);
+    void showSpans(std::vector<std::shared_ptr<CALayer>>& layers, NSRange range, CGFloat y, CGFloat height, const CGColor& color);
+    CGFloat pixels(CGFloat points) const; // to the nearest whole one
+
+    const std::shared_ptr<CALayer> window = make<CALayer>(); // clips what lies beside the rectangle
+    const std::shared_ptr<CALayer> selection = make<CALayer>(); // hold what is in them, back to front
+    const std::shared_ptr<CALayer> letters = make<CALayer>();
+    BlinkingCaret caret;
+    std::vector<std::shared_ptr<CALayer>> selected, underlines;
+    std::vector<Tile> tiles;
+
+    EditedText text_;
+    CGRect rect;
+    CGFloat scale = 1; // pixels a point
+    CGFloat textX = 0, textY = 0; // of the text in the window
+    bool isShown = false;
 };
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "Platform/UIKit/TextEditor.h"
 
 #include "Platform/Foundation/Text.h"
+#include "Platform/Foundation/WordCharacters.h"
 
 #include <algorithm>
 
@@ -11,11 +12,7 @@ namespace {
 bool isSeparator(char32_t c) { return (c >= '\t' && c <= '\r') || c == 0x85 || c == 0x2028 || c == 0x2029; }
 bool isControl(char32_t c) { return c < 0x20 || (c >= 0x7f && c < 0xa0); }
 
-bool isBlank(std::string_view text, std::size_t offset)
-{
-    const std::string_view character = text.substr(offset, codePointAt(text, offset).length);
-    return !character.empty() && trimmed(character).empty();
-}
+bool isApostrophe(char32_t c) { return c == '\'' || c == 0x2019; }
 
 } // namespace
 
@@ -40,7 +37,7 @@ void TextEditor::setText(std::string_view text)
 {
     text_ = line(text);
     marked.reset();
-    caret_ = anchor_ = text_.size();
+    select(text_.size(), text_.size());
 }
 
 NSRange TextEditor::selection() const
@@ -58,11 +55,13 @@ void TextEditor::select(std::size_t anchor, std::size_t caret)
 {
     anchor_ = snapped(anchor);
     caret_ = snapped(caret);
+    caretLeansForward = false;
 }
 
-void TextEditor::moveTo(std::size_t caret, bool extending)
+void TextEditor::moveTo(TextPosition caret, bool extending)
 {
-    caret_ = snapped(caret);
+    caret_ = snapped(caret.offset);
+    caretLeansForward = caret.leansForward;
     if (!extending)
         anchor_ = caret_;
 }
@@ -70,11 +69,9 @@ void TextEditor::moveTo(std::size_t caret, bool extending)
 void TextEditor::selectWord(std::size_t offset)
 {
     offset = snapped(offset);
-    if (text_.empty())
-        return;
     if (offset == text_.size())
         offset = previousCharacterBoundary(text_, offset);
-    if (isBlank(text_, offset))
+    if (!isInWord(offset))
         return select(offset, nextCharacterBoundary(text_, offset));
     const std::size_t end = border(offset, Way::forward, Unit::word);
     select(border(end, Way::backward, Unit::word), end);
@@ -86,7 +83,7 @@ void TextEditor::setMarkedText(std::string_view text, std::size_t caretInside)
     const NSRange range = insertionRange();
     put(range, composed);
     marked = composed.empty() ? std::nullopt : std::optional(NSRange { range.location, composed.size() });
-    moveTo(range.location + std::min(caretInside, composed.size()));
+    moveTo({ range.location + std::min(caretInside, composed.size()) });
 }
 
 NSRange TextEditor::deletionRange(Way way, Unit unit) const
@@ -110,33 +107,46 @@ std::size_t TextEditor::border(std::size_t offset, Way way, Unit unit) const
         return forward ? text_.size() : 0;
     if (unit == Unit::character)
         return forward ? nextCharacterBoundary(text_, offset) : previousCharacterBoundary(text_, offset);
+    // Over what lies between, then over the word.
     const std::size_t end = forward ? text_.size() : 0;
-    bool inWord = false;
-    while (offset != end) {
+    for (bool inWord = false; offset != end;) {
         const std::size_t next = border(offset, way, Unit::character);
-        const bool blank = isBlank(text_, std::min(offset, next));
-        if (blank && inWord)
+        const bool belongs = isInWord(std::min(offset, next));
+        if (inWord && !belongs)
             break;
-        inWord = !blank;
+        inWord = belongs;
         offset = next;
     }
     return offset;
+}
+
+// Whether the character that begins there is part of a word; an apostrophe between two letters is.
+bool TextEditor::isInWord(std::size_t offset) const
+{
+    const auto isWordAt = [&](std::size_t at) { return isWordCharacter(codePointAt(text_, at).value); };
+    if (offset >= text_.size() || isWordAt(offset))
+        return offset < text_.size();
+    const std::size_t next = nextCharacterBoundary(text_, offset);
+    return offset > 0 && next < text_.size() && isApostrophe(codePointAt(text_, offset).value)
+        && isWordAt(previousCharacterBoundary(text_, offset)) && isWordAt(next);
 }
 
 std::size_t TextEditor::snapped(std::size_t offset) const
 {
     if (offset >= text_.size())
         return text_.size();
+    while (offset > 0 && (static_cast<unsigned char>(text_[offset]) & 0xc0) == 0x80) // inside a code point's bytes
+        --offset;
     const std::size_t before = previousCharacterBoundary(text_, offset);
     return nextCharacterBoundary(text_, before) == offset ? offset : before;
 }
 
 void TextEditor::put(NSRange range, std::string_view line)
 {
-    range.location = std::min(range.location, text_.size());
-    range.length = std::min(range.length, text_.size() - range.location);
-    text_.replace(range.location, range.length, line);
-    caret_ = anchor_ = range.location + line.size();
+    const std::size_t start = snapped(range.location), end = std::max(start, snapped(range.end()));
+    text_.replace(start, end - start, line);
+    const std::size_t caret = start + line.size();
+    select(caret, caret);
 }
 
 } // namespace platform

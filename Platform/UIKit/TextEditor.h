@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/UIKit/NSRange.h"
+#include "Platform/UIKit/TextPosition.h"
 
 #include <optional>
 #include <string>
@@ -23,13 +24,13 @@ public:
     void setText(std::string_view text); // the caret goes to its end; a composition ends
 
     // The end of the selection that moves, and the one that stays.
-    std::size_t caret() const { return caret_; }
+    TextPosition caret() const { return { caret_, caretLeansForward }; }
     std::size_t anchor() const { return anchor_; }
     NSRange selection() const; // of length 0 when there is only a caret
     std::string_view selectedText() const;
     void select(std::size_t anchor, std::size_t caret);
-    void moveTo(std::size_t caret, bool extending = false); // extending keeps the anchor
-    void selectWord(std::size_t offset); // around it; a space counts as a word of its own
+    void moveTo(TextPosition caret, bool extending = false); // extending keeps the anchor
+    void selectWord(std::size_t offset); // around it; between words a single character
 
     // What is being composed; nothing at rest.
     std::optional<NSRange> markedRange() const { return marked; }
@@ -46,11 +47,13 @@ public:
     std::size_t border(std::size_t offset, Way way, Unit unit) const;
 
 private:
+    bool isInWord(std::size_t offset) const;
     std::size_t snapped(std::size_t offset) const;
     void put(NSRange range, std::string_view line);
 
     std::string text_;
     std::size_t caret_ = 0, anchor_ = 0;
+    bool caretLeansForward = false;
     std::optional<NSRange> marked;
 };
 

@@ -107,6 +107,19 @@ std::vector<TextPicture> textPictures(
     return pieces;
 }
 
+TextPicture textPicturePart(
+    const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale, CGFloat from, CGFloat to)
+{
+    const CGRect lines = linesRect(*layout, scale);
+    if (lines.isEmpty())
+        return {};
+    CGRect rect = paddedRect(lines, paragraph, scale);
+    const CGFloat left = from <= lines.x ? rect.x : from, right = to >= lines.maxX() ? rect.maxX() : to;
+    rect.x = left;
+    rect.width = right - left;
+    return { imageOf(layout, rect), rect };
+}
+
 CGRect linesRect(const TextLayout& layout, CGFloat scale)
 {
     CGRect pixels;

@@ -23,6 +23,10 @@ TextPicture textPicture(const std::shared_ptr<const TextLayout>& layout, const T
 std::vector<TextPicture> textPictures(
     const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale);
 
+// Only what lies between two distances from the layout's left, points: a part of a line that is wider than what is seen of it.
+TextPicture textPicturePart(
+    const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale, CGFloat from, CGFloat to);
+
 // Where a layout's lines lie, as aligned: from the leftmost start to the rightmost end, rounded outwards to whole pixels.
 CGRect linesRect(const TextLayout& layout, CGFloat scale);
 

@@ -180,13 +180,12 @@ void UIAlertController::setPreferredAction(std::size_t index)
         preferred = index;
 }
 
-bool UIAlertController::pressKey(UIKey key)
+bool UIAlertController::pressKey(UIKey key, UIKeyModifiers modifiers)
 {
     const auto keep = weak(this).lock();
     switch (key) {
     case UIKey::tab:
-    case UIKey::backTab:
-        moveFocus(key == UIKey::tab);
+        moveFocus(!contains(modifiers, UIKeyModifiers::shift));
         break;
     case UIKey::enter:
         if (const auto index = defaultIndex())
@@ -195,6 +194,8 @@ bool UIAlertController::pressKey(UIKey key)
     case UIKey::escape:
         if (const auto index = cancelIndex())
             choose(*index);
+        break;
+    default:
         break;
     }
     return true; // nothing below hears of keys while the question stands

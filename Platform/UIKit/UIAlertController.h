@@ -36,7 +36,7 @@ public:
     void setPreferredAction(std::size_t index); // one of its actions, shown bold
 
     // UIResponder
-    bool pressKey(UIKey key) override;
+    bool pressKey(UIKey key, UIKeyModifiers modifiers) override;
 
 protected:
     // UIViewController

@@ -177,17 +177,34 @@ void UIApplication::sendDeleteBackward()
         responder->deleteBackward();
 }
 
-void UIApplication::sendKey(UIKey pressed)
+void UIApplication::sendMarkedText(const std::string& text, std::size_t caret)
+{
+    const auto responder = firstResponder();
+    if (UITextInput* const input = responder ? responder->textInput() : nullptr)
+        input->setMarkedText(text, caret);
+}
+
+bool UIApplication::sendEditAction(UIEditAction action)
+{
+    const auto responder = firstResponder();
+    UITextInput* const input = responder ? responder->textInput() : nullptr;
+    if (!input || !input->canPerform(action))
+        return false;
+    input->perform(action);
+    return true;
+}
+
+void UIApplication::sendKey(UIKey pressed, UIKeyModifiers modifiers)
 {
     const auto window = keyWindow();
     const auto top = window ? window->topmostController() : nullptr;
     const bool presented = top && top != window->rootViewController();
-    if (presented && top->pressKey(pressed))
+    if (presented && top->pressKey(pressed, modifiers))
         return;
     std::shared_ptr<UIResponder> responder = firstResponder();
     if (!responder)
         responder = presented ? nullptr : top;
-    if (responder && responder->pressKey(pressed))
+    if (responder && responder->pressKey(pressed, modifiers))
         return;
     if (pressed == UIKey::enter || pressed == UIKey::tab)
         sendText(pressed == UIKey::enter ? "\n" : "\t");

@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/UIKit/UIOrientation.h"
 #include "Platform/UIKit/UIResponder.h"
+#include "Platform/UIKit/UITextInput.h"
 #include "Platform/UIKit/UITouch.h"
 
 #include <memory>
@@ -51,12 +52,17 @@ public:
     void cancelTouches(double timestamp);
     // A wheel's or trackpad's step in points over that point of the screen: scrolls the innermost scroll view there that can.
     bool sendScroll(CGPoint point, double dx, double dy);
+    std::shared_ptr<UIResponder> firstResponder() const { return first.lock(); } // null for none
     // Typed on a keyboard: goes to the first responder, or nowhere when there is none.
     void sendText(const std::string& text);
     void sendDeleteBackward();
     // A key without a character: for what is presented on top, else for the first responder, else for the topmost controller. One
     // that nobody wants is typed as text where it stands for some.
-    void sendKey(UIKey pressed);
+    void sendKey(UIKey pressed, UIKeyModifiers modifiers = UIKeyModifiers::none);
+    // What an input method is composing, see UITextInput::setMarkedText; nothing where nobody can show it.
+    void sendMarkedText(const std::string& text, std::size_t caret);
+    // A command of the keyboard for what is written in. False when there is nothing to be done.
+    bool sendEditAction(UIEditAction action);
     // Where the on-screen keyboard is or is moving to, in screen points; empty before the first one, below the screen after it.
     const CGRect& keyboardFrame() const { return keyboard; }
     // The frame's layout pass: everything marked, until nothing is; and once more after what follows other views has followed.
@@ -68,10 +74,8 @@ public:
 private:
     friend class UIPresentationController;
     friend class UIResponder;
-    friend class UIView;
     friend class UIWindow;
 
-    std::shared_ptr<UIResponder> firstResponder() const { return first.lock(); }
     void setFirstResponder(UIResponder* responder) { first = WeakRef<UIResponder>(responder); }
 
     void addLayoutFollower(UIPresentationController& presentation);

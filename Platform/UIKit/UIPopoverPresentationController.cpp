@@ -50,7 +50,7 @@ public:
         if (owner && touches.front()->view().get() == this)
             owner->viewerWantsToClose();
     }
-    bool pressKey(UIKey key) override
+    bool pressKey(UIKey key, UIKeyModifiers /*modifiers*/) override
     {
         const auto owner = key == UIKey::escape ? popover.lock() : nullptr;
         if (owner)

@@ -83,10 +83,10 @@ void UIResponder::deleteBackward()
         next->deleteBackward();
 }
 
-bool UIResponder::pressKey(UIKey key)
+bool UIResponder::pressKey(UIKey key, UIKeyModifiers modifiers)
 {
     auto* next = nextResponder();
-    return next && next->pressKey(key);
+    return next && next->pressKey(key, modifiers);
 }
 
 } // namespace platform

@@ -16,7 +16,18 @@ class UITouch;
 using UITouches = std::vector<std::shared_ptr<UITouch>>;
 
 // Keys that do something other than typing a character.
-enum class UIKey : unsigned char { enter, escape, tab, backTab };
+enum class UIKey : unsigned char { enter, escape, tab, left, right, up, down, home, end, deleteBackward, deleteForward };
+
+// What is held while a key is pressed; bits.
+enum class UIKeyModifiers : unsigned char { none = 0, shift = 1, control = 2 };
+constexpr UIKeyModifiers operator|(UIKeyModifiers a, UIKeyModifiers b)
+{
+    return static_cast<UIKeyModifiers>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+constexpr bool contains(UIKeyModifiers held, UIKeyModifiers bits)
+{
+    return (static_cast<unsigned>(held) & static_cast<unsigned>(bits)) == static_cast<unsigned>(bits);
+}
 
 // Something in the chain along which touches travel: a view, its controller, the superview ..., the window, the application. What
 // a responder does not handle goes to the next one.
@@ -42,7 +53,7 @@ public:
     virtual void insertText(const std::string& text);
     virtual void deleteBackward();
     // False when nothing along the chain does anything with that key.
-    virtual bool pressKey(UIKey key);
+    virtual bool pressKey(UIKey key, UIKeyModifiers modifiers);
 
 protected:
     // Hooks, empty: it has just got the role, or lost it. They may end the responder.

@@ -1,22 +1,35 @@
+// A text field's content and looks; UITextFieldEditing.cpp has what the viewer does with it.
 #include "Platform/UIKit/UITextField.h"
 
 #include "Platform/UIKit/EditedLine.h"
-#include "Platform/UIKit/UILabel.h"
-#include "Platform/UIKit/UITouch.h"
+#include "Platform/UIKit/RestingLine.h"
+#include "Platform/UIKit/TextPicture.h"
+#include "Platform/UIKit/UILongPressGestureRecognizer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace platform {
 
 namespace {
 
-UIColor placeholderColor()
+UIColor lightOrDark(const UIColor& light, const UIColor& dark)
 {
-    return UIColor::dynamic([](const UITraitCollection& traits) {
-        return traits.isDark() ? UIColor(235 / 255.0, 235 / 255.0, 245 / 255.0, 0.3)
-                               : UIColor(60 / 255.0, 60 / 255.0, 67 / 255.0, 0.3);
-    });
+    return UIColor::dynamic([=](const UITraitCollection& traits) { return traits.isDark() ? dark : light; });
+}
+
+const UIColor& placeholderColor() // the secondary label's, fainter
+{
+    static const auto& color = *new UIColor(
+        lightOrDark(UIColor(60 / 255.0, 60 / 255.0, 67 / 255.0, 0.3), UIColor(235 / 255.0, 235 / 255.0, 245 / 255.0, 0.3)));
+    return color;
+}
+
+const UIColor& roundedBackground()
+{
+    static const auto& color = *new UIColor(lightOrDark(UIColor::white(), UIColor::white(0.11)));
+    return color;
 }
 
 UIEdgeInsets insetsOf(UITextBorderStyle style) // points between the field's edges and its text
@@ -39,20 +52,22 @@ UITextField::UITextField(const CGRect& frame)
     : UIControl(frame)
     , font_(UIFont::systemFont(UIFont::labelFontSize))
     , textColor_(UIColor::label())
-    , line(std::make_unique<EditedLine>(*layer()))
-    , placeholderLabel(make<UILabel>())
+    , placeholderLine(std::make_unique<RestingLine>(*layer()))
+    , restingLine(std::make_unique<RestingLine>(*layer()))
+    , editedLine(std::make_unique<EditedLine>(*layer()))
 {
-    placeholderLabel->setTextColor(placeholderColor());
-    placeholderLabel->setFont(font_);
-    addSubview(placeholderLabel);
+    const auto press = make<UILongPressGestureRecognizer>();
+    press->addAction([weakSelf = weak(this)](UIGestureRecognizer& recognizer) {
+        if (const auto self = weakSelf.lock())
+            self->pressed(static_cast<UILongPressGestureRecognizer&>(recognizer));
+    });
+    addGestureRecognizer(press);
 }
 
 UITextField::~UITextField() = default;
 
 void UITextField::setText(const std::string& text)
 {
-    if (!editor.markedRange() && text == editor.text())
-        return;
     editor.setText(text);
     contentChanged();
 }
@@ -61,10 +76,10 @@ void UITextField::setPlaceholder(const std::string& placeholder) { setAttributed
 
 void UITextField::setAttributedPlaceholder(const NSAttributedString& placeholder)
 {
+    if (placeholder_ == placeholder)
+        return;
     placeholder_ = placeholder;
-    placeholderLabel->setAttributedText(placeholder_);
-    invalidateIntrinsicContentSize();
-    setNeedsLayout();
+    contentChanged();
 }
 
 void UITextField::setFont(const UIFont& font)
@@ -72,7 +87,6 @@ void UITextField::setFont(const UIFont& font)
     if (font_ == font)
         return;
     font_ = font;
-    placeholderLabel->setFont(font);
     contentChanged();
 }
 
@@ -85,155 +99,49 @@ void UITextField::setTextColor(const UIColor& color)
 void UITextField::setTextAlignment(NSTextAlignment alignment)
 {
     textAlignment_ = alignment;
-    placeholderLabel->setTextAlignment(alignment);
     setNeedsLayout();
 }
 
 void UITextField::setBorderStyle(UITextBorderStyle style)
 {
+    if (borderStyle_ == style)
+        return;
     borderStyle_ = style;
     contentChanged();
-}
-
-void UITextField::setSelectedRange(NSRange range)
-{
-    editor.select(range.location, range.end());
-    caretMoved();
 }
 
 CGRect UITextField::textRect(const CGRect& bounds) const
 {
     const UIEdgeInsets inside = insetsOf(borderStyle_);
-    return { bounds.x + inside.left, bounds.y + inside.top, std::max(bounds.width - inside.left - inside.right, 0.0),
-        std::max(bounds.height - inside.top - inside.bottom, 0.0) };
-}
-
-void UITextField::setEnabled(bool enabled)
-{
-    UIControl::setEnabled(enabled);
-    if (!enabled)
-        giveUpFirstResponder();
-}
-
-void UITextField::setHidden(bool hidden)
-{
-    UIControl::setHidden(hidden);
-    if (hidden)
-        giveUpFirstResponder();
+    return { bounds.x + inside.left, bounds.y + inside.top, std::max(bounds.width - inside.horizontal(), 0.0),
+        std::max(bounds.height - inside.vertical(), 0.0) };
 }
 
 CGSize UITextField::intrinsicContentSize() const { return sizeThatFits({}); }
 
 CGSize UITextField::sizeThatFits(const CGSize& /*size*/) const
 {
-    UILabel measure;
-    measure.setFont(font_);
-    measure.setText(editor.text());
-    const CGSize written = measure.intrinsicContentSize(), waiting = placeholderLabel->intrinsicContentSize();
+    const CGFloat scale = traitCollection().displayScale;
+    const EditedText& text = laidOutText();
+    CGSize content { text.width() > 0 ? std::ceil(text.width() * scale) / scale : 0, text.height() };
+    if (!placeholder_.isEmpty()) {
+        const auto layout = TextLayout::make(placeholder_.paragraph(font_, placeholderColor(), traitCollection()),
+            std::numeric_limits<CGFloat>::infinity(), scale);
+        content.width = std::max(content.width, linesRect(*layout, scale).width);
+        content.height = std::max(content.height, layout->size().height);
+    }
     const CGRect sample { 0, 0, 1000, 1000 };
     const CGRect inside = textRect(sample);
-    return { std::max(written.width, waiting.width) + sample.width - inside.width,
-        std::ceil(std::max(font_.lineHeight(), waiting.height)) + sample.height - inside.height };
-}
-
-bool UITextField::canBecomeFirstResponder() const { return isEnabled() && window() && !isHidden(); }
-
-bool UITextField::becomeFirstResponder()
-{
-    if (isFirstResponder())
-        return true;
-    const auto keep = weak(this).lock();
-    if (!canBecomeFirstResponder())
-        return false;
-    if (const auto asked = delegate.lock(); asked && !asked->textFieldShouldBeginEditing(*this))
-        return false;
-    return UIControl::becomeFirstResponder();
-}
-
-bool UITextField::resignFirstResponder()
-{
-    if (!isFirstResponder())
-        return true;
-    const auto keep = weak(this).lock();
-    if (const auto asked = delegate.lock(); asked && !asked->textFieldShouldEndEditing(*this))
-        return false;
-    return UIControl::resignFirstResponder();
-}
-
-void UITextField::insertText(const std::string& text)
-{
-    if (text == "\n")
-        return pressReturn();
-    if (editing && !text.empty())
-        change(editor.insertionRange(), text);
-}
-
-void UITextField::deleteBackward()
-{
-    if (editing)
-        change(editor.deletionRange(TextEditor::Way::backward, TextEditor::Unit::character), {});
-}
-
-bool UITextField::pressKey(UIKey key)
-{
-    if (key != UIKey::enter || !editing)
-        return UIControl::pressKey(key);
-    pressReturn();
-    return true;
-}
-
-void UITextField::didBecomeFirstResponder()
-{
-    editing = true;
-    caretMoved();
-    if (const auto told = delegate.lock())
-        told->textFieldDidBeginEditing(*this);
-    sendActions(UIControlEvent::editingDidBegin);
-}
-
-void UITextField::didResignFirstResponder()
-{
-    editing = false;
-    editor.unmark();
-    setNeedsLayout();
-    if (const auto told = delegate.lock())
-        told->textFieldDidEndEditing(*this);
-    sendActions(UIControlEvent::editingDidEnd);
-}
-
-bool UITextField::beginTracking(UITouch& /*touch*/) { return true; }
-
-void UITextField::endTracking(UITouch* touch)
-{
-    if (!touch || !bounds().contains(touch->location(this)) || !becomeFirstResponder())
-        return;
-    layoutIfNeeded();
-    editor.moveTo(line->offsetAt(touch->location(this).x));
-    caretMoved();
-}
-
-void UITextField::willMoveToWindow(UIWindow* window)
-{
-    UIControl::willMoveToWindow(window);
-    if (!window)
-        giveUpFirstResponder();
+    const CGFloat caret = content.width > 0 ? BlinkingCaret::width : 0;
+    return { content.width + caret + sample.width - inside.width, content.height + sample.height - inside.height };
 }
 
 void UITextField::layoutSubviews()
 {
     UIControl::layoutSubviews();
-    placeholderLabel->setFrame(placeholderRect(bounds()));
-    placeholderLabel->setHidden(hasText());
-    EditedLine::Look look;
-    look.font = font_.ctFont();
-    look.color = textColor_.cgColor(traitCollection());
-    look.tint = tintColor().cgColor(traitCollection());
-    look.direction = isRightToLeft() ? TextDirection::rightToLeft : TextDirection::leftToRight;
-    look.alignment = textAlignment_;
-    if (textAlignment_ != NSTextAlignment::center && textAlignment_ != NSTextAlignment::right)
-        look.alignment = isRightToLeft() ? NSTextAlignment::right : NSTextAlignment::left;
-    look.scale = traitCollection().displayScale;
-    line->show(editor, look, presentTextRect(), editing);
+    showBorder();
+    showPlaceholder();
+    showText();
 }
 
 void UITextField::boundsDidChange(const CGRect& previous)
@@ -247,81 +155,101 @@ void UITextField::tintColorDidChange() { setNeedsLayout(); }
 void UITextField::traitCollectionDidChange(const UITraitCollection& previous)
 {
     UIControl::traitCollectionDidChange(previous);
-    contentChanged();
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
 }
 
 CGFloat UITextField::firstBaselineOffset() const
 {
     const CGRect rect = presentTextRect();
-    return rect.y + (rect.height - font_.lineHeight()) / 2 + font_.ascender();
+    const EditedText& text = laidOutText();
+    return rect.y + (rect.height - text.height()) / 2 + text.baseline();
 }
 
 CGFloat UITextField::lastBaselineOffset() const { return bounds().height - firstBaselineOffset(); }
-
-void UITextField::setMarkedText(const std::string& text, std::size_t caret)
-{
-    const auto keep = weak(this).lock();
-    if (!editing || !mayChange(editor.insertionRange(), text))
-        return;
-    editor.setMarkedText(text, caret);
-    contentChanged();
-    sendActions(UIControlEvent::editingChanged);
-}
-
-void UITextField::unmarkText()
-{
-    editor.unmark();
-    setNeedsLayout();
-}
-
-CGRect UITextField::caretRect() const { return convertTo(line->caretRect(), nullptr); }
-
-bool UITextField::canPerform(UIEditAction action) const { return editing && action == UIEditAction::selectAll && hasText(); }
-
-void UITextField::perform(UIEditAction action)
-{
-    if (!canPerform(action))
-        return;
-    editor.select(0, editor.text().size());
-    caretMoved();
-}
 
 bool UITextField::isRightToLeft() const
 {
     return effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
 }
 
+NSTextAlignment UITextField::presentAlignment() const
+{
+    if (textAlignment_ == NSTextAlignment::center || textAlignment_ == NSTextAlignment::right)
+        return textAlignment_;
+    return isRightToLeft() ? NSTextAlignment::right : NSTextAlignment::left;
+}
+
 CGRect UITextField::presentTextRect() const { return editing ? editingRect(bounds()) : textRect(bounds()); }
 
-// False when nothing was changed, or the delegate refused.
-bool UITextField::change(NSRange range, const std::string& replacement)
+EditedText& UITextField::laidOutText() const
 {
-    const auto keep = weak(this).lock();
-    if ((range.length == 0 && replacement.empty()) || !mayChange(range, replacement))
-        return false;
-    editor.replace(range, replacement);
-    contentChanged();
-    sendActions(UIControlEvent::editingChanged);
-    return true;
+    EditedText::Style style;
+    style.font = font_.ctFont();
+    style.color = textColor_.cgColor(traitCollection());
+    style.direction = isRightToLeft() ? TextDirection::rightToLeft : TextDirection::leftToRight;
+    style.scale = traitCollection().displayScale;
+    editedLine->text().update(editor.text(), style);
+    return editedLine->text();
 }
 
-bool UITextField::mayChange(NSRange range, const std::string& replacement)
+void UITextField::showBorder()
 {
-    const auto asked = delegate.lock();
-    return !asked || asked->textFieldShouldChangeCharacters(*this, range, replacement);
+    if (borderStyle_ == UITextBorderStyle::none) {
+        if (border)
+            border->removeFromSuperlayer();
+        border = nullptr;
+        return;
+    }
+    if (!border) {
+        border = make<CALayer>();
+        layer()->insertSublayer(border, 0);
+    }
+    const UITraitCollection& present = traitCollection();
+    const bool isRounded = borderStyle_ == UITextBorderStyle::roundedRect;
+    border->setFrame(bounds());
+    border->setCornerRadius(isRounded ? 5 : 0);
+    border->setBorderWidth(isRounded ? 1 / present.displayScale : 1);
+    border->setBorderColor((borderStyle_ == UITextBorderStyle::line ? UIColor::label()
+            : isRounded                                             ? UIColor::separator()
+                                                                    : UIColor::systemGray4())
+                               .cgColor(present));
+    border->setBackgroundColor(
+        isRounded && !backgroundColor() ? std::optional(roundedBackground().cgColor(present)) : std::nullopt);
 }
 
-void UITextField::pressReturn()
+void UITextField::showPlaceholder()
 {
-    if (!editing)
+    if (hasText() || placeholder_.isEmpty())
+        return placeholderLine->hide();
+    TextParagraph paragraph = placeholder_.paragraph(font_, placeholderColor(), traitCollection());
+    paragraph.direction = isRightToLeft() ? TextDirection::rightToLeft : TextDirection::leftToRight;
+    paragraph.alignment = presentAlignment();
+    placeholderLine->show(std::move(paragraph), std::nullopt, placeholderRect(bounds()), traitCollection().displayScale);
+}
+
+void UITextField::showText()
+{
+    const UITraitCollection& present = traitCollection();
+    const CGColor color = textColor_.cgColor(present);
+    if (editing) {
+        restingLine->hide();
+        laidOutText();
+        editedLine->show(editor, { color, tintColor().cgColor(present), presentAlignment() }, presentTextRect());
         return;
-    const auto keep = weak(this).lock();
-    if (const auto asked = delegate.lock(); asked && !asked->textFieldShouldReturn(*this))
-        return;
-    if (!hasActions(UIControlEvent::editingDidEndOnExit))
-        return;
-    sendActions(UIControlEvent::editingDidEndOnExit);
-    resignFirstResponder();
+    }
+    editedLine->hide();
+    if (!hasText())
+        return restingLine->hide();
+    const bool isPlain = isPlainlyColored(editor.text());
+    TextParagraph paragraph;
+    paragraph.runs.push_back({ editor.text(), nullptr, std::nullopt, {}, false });
+    paragraph.font = font_.ctFont();
+    paragraph.color = isPlain ? CGColor { 0, 0, 0, 1 } : color; // one that is tinted shares its picture with other colours
+    paragraph.direction = isRightToLeft() ? TextDirection::rightToLeft : TextDirection::leftToRight;
+    paragraph.alignment = presentAlignment();
+    restingLine->show(
+        std::move(paragraph), isPlain ? std::optional(color) : std::nullopt, presentTextRect(), present.displayScale);
 }
 
 void UITextField::contentChanged()
@@ -333,7 +261,7 @@ void UITextField::contentChanged()
 void UITextField::caretMoved()
 {
     if (editing)
-        line->restartBlinking();
+        editedLine->restartBlinking();
     setNeedsLayout();
 }
 

@@ -13,8 +13,9 @@
 namespace platform {
 
 class EditedLine;
-class TextCaret;
-class UILabel;
+class EditedText;
+class RestingLine;
+class UILongPressGestureRecognizer;
 class UITextField;
 
 enum class UITextBorderStyle : unsigned char { none, line, bezel, roundedRect };
@@ -38,7 +39,8 @@ public:
 };
 
 // A single line of text that the viewer writes. It is edited while it is the first responder; leaving the window, being hidden or
-// disabled ends that. Lengths are points. Main thread.
+// disabled ends that, and nobody is asked. A tap puts the caret under the finger, a second one selects the word, a finger that
+// stays takes the caret along. At rest it shows the text's beginning. Lengths are points. Main thread.
 class UITextField : public UIControl, private UITextInput {
 public:
     explicit UITextField(const CGRect& frame = {});
@@ -97,14 +99,13 @@ public:
     UITextInput* textInput() override { return this; }
     void insertText(const std::string& text) override; // a lone line break is the return key
     void deleteBackward() override;
-    bool pressKey(UIKey key) override;
+    bool pressKey(UIKey key, UIKeyModifiers modifiers) override;
 
 protected:
     // UIResponder
     void didBecomeFirstResponder() override;
     void didResignFirstResponder() override;
     // UIControl
-    bool beginTracking(UITouch& touch) override;
     void endTracking(UITouch* touch) override;
     // UIView
     void willMoveToWindow(UIWindow* window) override;
@@ -126,13 +127,26 @@ private:
     bool canPerform(UIEditAction action) const override;
     void perform(UIEditAction action) override;
 
+    // How it looks.
     bool isRightToLeft() const;
+    NSTextAlignment presentAlignment() const; // left, center or right
     CGRect presentTextRect() const;
-    bool change(NSRange range, const std::string& replacement);
-    bool mayChange(NSRange range, const std::string& replacement);
-    void pressReturn();
+    EditedText& laidOutText() const; // as the editor has it now
+    void showBorder();
+    void showPlaceholder();
+    void showText();
     void contentChanged();
     void caretMoved();
+
+    // Editing.
+    bool mayChange(NSRange range, const std::string& replacement);
+    void change(NSRange range, const std::string& replacement);
+    void remove(TextEditor::Way way, UIKeyModifiers modifiers);
+    void moveSideways(bool toTheLeft, UIKeyModifiers modifiers);
+    void moveToEnd(TextEditor::Way way, UIKeyModifiers modifiers);
+    void pressReturn();
+    bool beginEditingAt(CGPoint point);
+    void pressed(const UILongPressGestureRecognizer& recognizer);
 
     TextEditor editor;
     NSAttributedString placeholder_;
@@ -142,8 +156,11 @@ private:
     NSTextAlignment textAlignment_ = NSTextAlignment::natural;
     UITextBorderStyle borderStyle_ = UITextBorderStyle::none;
     bool editing = false;
-    std::unique_ptr<EditedLine> line; // text, selection and caret as they are seen
-    std::shared_ptr<UILabel> placeholderLabel;
+    std::shared_ptr<CALayer> border;
+    std::unique_ptr<RestingLine> placeholderLine, restingLine;
+    std::unique_ptr<EditedLine> editedLine; // shown while it is edited
+    CGPoint lastTap; // own coordinates
+    double lastTapTime = -1; // seconds on the host's clock
     std::weak_ptr<UITextFieldDelegate> delegate;
 };
 

@@ -139,7 +139,8 @@ public:
         do {
             const auto mode = paragraph.lineBreakMode;
             const bool showsEnd = mode == NSLineBreakMode::byTruncatingHead || mode == NSLineBreakMode::byTruncatingMiddle;
-            reader.read(charactersIn(allowed - layout.lines.size()), showsEnd ? charactersIn(1) : 0);
+            const std::size_t most = paragraph.isEdited ? SIZE_MAX : charactersIn(allowed - layout.lines.size());
+            reader.read(most, showsEnd ? charactersIn(1) : 0);
             addParagraph(reader);
         } while (!reader.isAtEnd() && layout.lines.size() < allowed);
         alignLines();
@@ -181,7 +182,11 @@ private:
     void addParagraph(Reader& reader)
     {
         const bool moreFollows = reader.hasMore();
-        const ShapedText text(std::move(reader.text), std::move(reader.stretches), paragraph.direction);
+        const ShapedText text(std::move(reader.text), std::move(reader.stretches), paragraph.direction, paragraph.isEdited);
+        if (paragraph.isEdited) {
+            addEditedLine(text);
+            return;
+        }
         std::size_t start = 0;
         do {
             const bool isLast = layout.lines.size() + 1 >= allowed;
@@ -242,6 +247,63 @@ private:
         std::vector<GlyphRun> runs;
         text.appendRuns(runs, start, visible, extra);
         finishLine(std::move(runs), text.isRightToLeft(), leavesOut);
+    }
+
+    void addEditedLine(const ShapedText& text)
+    {
+        std::vector<GlyphRun> runs;
+        text.appendRuns(runs, 0, text.length());
+        finishLine(std::move(runs), text.isRightToLeft(), false);
+        const std::string_view source = paragraph.runs.empty() ? std::string_view() : paragraph.runs.front().text;
+        std::vector<Cell> cells; // in the text's order
+        std::size_t codePoints = 0;
+        for (std::size_t start = 0; start < source.size() && codePoints < text.length();) {
+            const std::size_t end = nextCharacterBoundary(source, start), first = codePoints;
+            for (std::size_t at = start; at < end; at += std::max<std::size_t>(codePointAt(source, at).length, 1))
+                codePoints += source[at] == '\t' ? 4 : 1;
+            cells.push_back({ { start, end, 0, 0, false }, first, std::min(codePoints, text.length()) });
+            start = end;
+        }
+        shareWidths(text, cells);
+        for (const GlyphRun& run : layout.runs.back())
+            placeCharacters(run, cells);
+    }
+
+    struct Cell {
+        TextLayout::Character character;
+        std::size_t first, last; // code points, up to
+    };
+
+    static void shareWidths(const ShapedText& text, std::vector<Cell>& cells)
+    {
+        for (std::size_t i = 0, next = 0; i < cells.size(); i = next) {
+            for (next = i + 1; next < cells.size() && !text.hasGlyph(cells[next].first, cells[next].last);)
+                ++next;
+            const double width = text.width(cells[i].first, cells[next - 1].last) / double(next - i);
+            for (std::size_t shared = i; shared < next; ++shared)
+                cells[shared].character.width = width;
+        }
+    }
+
+    // Those that begin in the run.
+    void placeCharacters(const GlyphRun& run, const std::vector<Cell>& cells)
+    {
+        const auto firstFrom = [&](std::size_t at) {
+            return std::partition_point(cells.begin(), cells.end(), [at](const Cell& cell) { return cell.first < at; });
+        };
+        const std::size_t before = layout.characters.size();
+        for (auto cell = firstFrom(run.start); cell != firstFrom(run.end); ++cell)
+            layout.characters.push_back(cell->character);
+        const auto placed = layout.characters.begin() + std::ptrdiff_t(before);
+        const bool rightToLeft = run.level % 2;
+        if (rightToLeft)
+            std::reverse(placed, layout.characters.end());
+        double x = run.x;
+        for (auto character = placed; character != layout.characters.end(); ++character) {
+            character->x = x;
+            character->rightToLeft = rightToLeft;
+            x += character->width;
+        }
     }
 
     static std::size_t countSpaces(const ShapedText& text, std::size_t start, std::size_t end)

@@ -55,13 +55,13 @@ hb_buffer_t* emptyBuffer()
 }
 }
 
-ShapedText::ShapedText(std::u32string characters, std::vector<Stretch> parts, TextDirection direction)
+ShapedText::ShapedText(std::u32string characters, std::vector<Stretch> parts, TextDirection direction, bool holdsDirection)
     : text(std::move(characters))
     , stretches(std::move(parts))
     , ends(text.size() + 1)
 {
     findBreaks();
-    makeItems(bidiLevels(direction));
+    makeItems(bidiLevels(direction, holdsDirection));
     for (auto& item : items) {
         item.glyphs = shape(item, item.start, item.end);
         for (const auto& glyph : item.glyphs)
@@ -80,6 +80,12 @@ const ShapedText::Stretch& ShapedText::stretchAt(std::size_t at) const
     return found == stretches.end() ? stretches.back() : *found;
 }
 
+bool ShapedText::hasGlyph(std::size_t from, std::size_t to) const
+{
+    const auto item = std::partition_point(items.begin(), items.end(), [from](const Item& i) { return i.end <= from; });
+    return item != items.end() && !glyphsOf(*item, from, to).empty();
+}
+
 void ShapedText::findBreaks()
 {
     std::string utf8;
@@ -95,7 +101,7 @@ void ShapedText::findBreaks()
 }
 
 // The level of each code point; even ones run left to right.
-std::vector<unsigned char> ShapedText::bidiLevels(TextDirection direction)
+std::vector<unsigned char> ShapedText::bidiLevels(TextDirection direction, bool holdsDirection)
 {
     std::vector<unsigned char> levels(text.size(), 0);
     const bool plain = std::none_of(text.begin(), text.end(), [](char32_t c) { return c >= firstRightToLeft; });
@@ -112,6 +118,8 @@ std::vector<unsigned char> ShapedText::bidiLevels(TextDirection direction)
     fribidi_get_bidi_types(characters, count, types.data());
     fribidi_get_bracket_types(characters, count, types.data(), brackets.data());
     FriBidiParType base = direction == TextDirection::rightToLeft ? FRIBIDI_PAR_WRTL : FRIBIDI_PAR_WLTR;
+    if (holdsDirection)
+        base = direction == TextDirection::rightToLeft ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
     if (fribidi_get_par_embedding_levels_ex(types.data(), brackets.data(), count, &base, found.data()) > 0)
         std::transform(
             found.begin(), found.end(), levels.begin(), [](FriBidiLevel level) { return static_cast<unsigned char>(level); });
@@ -234,8 +242,8 @@ void ShapedText::appendRuns(std::vector<GlyphRun>& runs, std::size_t from, std::
     auto item = std::partition_point(items.begin(), items.end(), [from](const Item& i) { return i.end <= from; });
     for (; item != items.end() && item->start < to; ++item) {
         const std::size_t start = std::max(item->start, from), end = std::min(item->end, to);
-        GlyphRun run { item->face, stretches[item->stretch].font->pointSize(), stretches[item->stretch].style, item->level, 0, 0,
-            {} };
+        GlyphRun run { start, end, item->face, stretches[item->stretch].font->pointSize(), stretches[item->stretch].style,
+            item->level, 0, 0, {} };
         const auto place = [&](std::span<const ShapedGlyph> glyphs) {
             run.glyphs.reserve(glyphs.size());
             for (const auto& glyph : glyphs) {
@@ -249,6 +257,18 @@ void ShapedText::appendRuns(std::vector<GlyphRun>& runs, std::size_t from, std::
             place(shape(*item, start, end));
         runs.push_back(std::move(run));
     }
+}
+
+TextDirection naturalDirection(std::string_view text, TextDirection otherwise)
+{
+    for (std::size_t offset = 0; offset < text.size();) {
+        const CodePoint read = codePointAt(text, offset);
+        const FriBidiCharType type = fribidi_get_bidi_type(read.value);
+        if (FRIBIDI_IS_LETTER(type))
+            return FRIBIDI_IS_RTL(type) ? TextDirection::rightToLeft : TextDirection::leftToRight;
+        offset += std::max<std::size_t>(read.length, 1);
+    }
+    return otherwise;
 }
 
 } // namespace platform

@@ -18,6 +18,7 @@ struct PlacedGlyph {
 
 // Glyphs of one font, style and direction, left to right.
 struct GlyphRun {
+    std::size_t start = 0, end = 0; // code points that it stands for
     std::shared_ptr<const CTFont::Face> face;
     double size = 0; // points
     std::size_t style = 0; // which of the paragraph's runs it came from
@@ -36,13 +37,15 @@ public:
         std::size_t style;
     };
 
-    // The stretches cover the text in order. The direction holds when the text has no strong character.
-    ShapedText(std::u32string text, std::vector<Stretch> stretches, TextDirection direction);
+    // The stretches cover the text in order. The direction holds when the text has no strong character, or in any case.
+    ShapedText(std::u32string text, std::vector<Stretch> stretches, TextDirection direction, bool holdsDirection = false);
     ~ShapedText();
 
     std::size_t length() const { return text.size(); } // code points; so are all offsets below
     bool isRightToLeft() const { return baseLevel % 2; }
     double width(std::size_t from, std::size_t to) const { return ends[to] - ends[from]; } // points
+    // False where a character is drawn by the glyph of the one before it.
+    bool hasGlyph(std::size_t from, std::size_t to) const;
     bool isSpace(std::size_t at) const { return breaks[at].space; }
     bool isCharacterStart(std::size_t at) const { return breaks[at].character; } // the end counts as one
     bool mayBreakBefore(std::size_t at) const { return breaks[at].line; }
@@ -73,7 +76,7 @@ private:
     };
 
     void findBreaks();
-    std::vector<unsigned char> bidiLevels(TextDirection direction);
+    std::vector<unsigned char> bidiLevels(TextDirection direction, bool holdsDirection);
     std::vector<std::uint32_t> scripts() const;
     void makeItems(const std::vector<unsigned char>& levels);
     std::vector<ShapedGlyph> shape(const Item& item, std::size_t from, std::size_t to) const;

@@ -32,7 +32,7 @@ std::size_t hashOf(const TextParagraph& paragraph, double width, double maximumH
     }
     hash.add(paragraph.font);
     hash.add(int(paragraph.alignment) | int(paragraph.lineBreakMode) << 8 | int(paragraph.direction) << 16);
-    hash.add(paragraph.numberOfLines);
+    hash.add(paragraph.numberOfLines * 2 + paragraph.isEdited);
     hash.add(width);
     hash.add(maximumHeight);
     hash.add(scale);
@@ -59,6 +59,7 @@ std::size_t bytesOf(const TextLayout& layout, const TextParagraph& paragraph)
         for (const auto& run : line)
             bytes += sizeof run + run.glyphs.size() * sizeof(PlacedGlyph);
     }
+    bytes += layout.characters().size() * sizeof(TextLayout::Character);
     return bytes;
 }
 }
@@ -115,5 +116,7 @@ std::string TextLayout::linkAt(CGPoint point) const
     const auto run = runAt(point);
     return run ? impl->styles[*run].link : std::string();
 }
+
+const std::vector<TextLayout::Character>& TextLayout::characters() const { return impl->characters; }
 
 } // namespace platform

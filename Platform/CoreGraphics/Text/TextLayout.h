@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -46,6 +47,9 @@ struct TextParagraph {
     NSLineBreakMode lineBreakMode = NSLineBreakMode::byTruncatingTail;
     TextDirection direction = TextDirection::leftToRight; // of the paragraph when its text has no strong character
     int numberOfLines = 1; // 0: as many as are needed
+    // For a line that is written in, with at most one run: it is never cut, the blanks at its ends count, the direction holds
+    // whatever the text, and the layout knows its characters.
+    bool isEdited = false;
     CGFloat lineSpacing = 0; // points between lines
     std::optional<TextShadow> shadow;
     bool operator==(const TextParagraph&) const = default;
@@ -78,6 +82,15 @@ public:
     // The run's link at a point, empty for none.
     std::string linkAt(CGPoint point) const;
 
+    // Where a character stands: the cell that the caret goes around. Letters that share a glyph share its width.
+    struct Character {
+        std::size_t start = 0, end = 0; // bytes of the run's text
+        CGFloat x = 0, width = 0; // points from the layout's left
+        bool rightToLeft = false;
+    };
+    // Of an edited paragraph, from left to right; empty for others.
+    const std::vector<Character>& characters() const;
+
     struct Impl; // the text engine's objects
     const Impl& implementation() const { return *impl; }
 
@@ -85,5 +98,8 @@ private:
     TextLayout();
     std::unique_ptr<Impl> impl;
 };
+
+// The direction of the first character that has one; `otherwise` when none has.
+TextDirection naturalDirection(std::string_view text, TextDirection otherwise);
 
 } // namespace platform

@@ -16,6 +16,7 @@ struct TextLayout::Impl {
     std::optional<TextShadow> shadow;
     std::vector<Line> lines;
     std::vector<std::vector<GlyphRun>> runs; // of each line, left to right
+    std::vector<Character> characters; // of an edited line, left to right
     std::optional<double> clipWidth; // points: what lies beyond is not drawn
     double lineHeight = 0; // points, without the spacing
     CGSize size;

@@ -43,9 +43,9 @@ protected:
     }
     CGRect card() const { return alert->view()->convertTo(alert->view()->bounds(), nullptr); }
     bool stands() const { return root->presentedViewController() == alert; }
-    void press(UIKey key)
+    void press(UIKey key, UIKeyModifiers modifiers = UIKeyModifiers::none)
     {
-        UIApplication::shared().sendKey(key);
+        UIApplication::shared().sendKey(key, modifiers);
         advanceFar();
     }
 
@@ -143,8 +143,8 @@ TEST_F(UIAlertControllerTest, obeysTheKeyboard)
     press(UIKey::tab);
     press(UIKey::enter);
     ask({ { "A", {}, {} }, { "B", {}, {} }, { "C", {}, {} } });
-    press(UIKey::backTab);
-    press(UIKey::backTab);
+    press(UIKey::tab, UIKeyModifiers::shift);
+    press(UIKey::tab, UIKeyModifiers::shift);
     press(UIKey::enter);
     EXPECT_EQ(chosen, (Heard { "Save", "Cancel", "Cancel", "B" }));
 

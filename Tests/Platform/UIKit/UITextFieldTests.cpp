@@ -1,7 +1,11 @@
 #include "Platform/UIKit/UITextField.h"
 
+#include "Platform/Foundation/MainQueue.h"
+#include "Platform/UIKit/UITextInput.h"
 #include "Tests/Platform/UIKit/KitResources.h"
 #include "Tests/Platform/UIKit/ScreenTest.h"
+
+#include <functional>
 
 namespace platform {
 namespace {
@@ -51,6 +55,7 @@ protected:
         witness->listenTo(*field);
         makeFrame();
     }
+    ~UITextFieldTest() override { window->endEditing(true); } // while there is a witness
     static void type(const std::string& text) { UIApplication::shared().sendText(text); }
 
     const std::shared_ptr<UITextField> field = make<UITextField>();
@@ -77,6 +82,216 @@ TEST_F(UITextFieldTest, tellsAndAsksAsItIsEdited)
     EXPECT_TRUE(window->endEditing(true));
     EXPECT_EQ(witness->take(), "may end?, ended, did end");
     EXPECT_FALSE(field->isFirstResponder());
+}
+
+TEST_F(UITextFieldTest, returnEndsEditingOnlyWhereSomebodyTakesIt)
+{
+    field->becomeFirstResponder();
+    witness->take();
+    UIApplication::shared().sendKey(UIKey::enter);
+    EXPECT_EQ(witness->take(), "may return?");
+    EXPECT_TRUE(field->isEditing());
+    field->addAction(UIControlEvent::editingDidEndOnExit, [] {});
+    witness->mayReturn = false;
+    type("\n"); // an on-screen keyboard's
+    EXPECT_EQ(witness->take(), "may return?");
+    witness->mayReturn = true;
+    type("\n");
+    EXPECT_EQ(witness->take(), "may return?, may end?, ended, did end");
+    EXPECT_EQ(field->text(), "");
+}
+
+TEST_F(UITextFieldTest, isNotEditedWhereItCannotBe)
+{
+    struct Case {
+        const char* why;
+        std::function<void()> leave, comeBack;
+    };
+    const auto around = add({ 0, 0, 320, 200 });
+    const Case cases[] = {
+        { "disabled", [&] { field->setEnabled(false); }, [&] { field->setEnabled(true); } },
+        { "hidden", [&] { field->setHidden(true); }, [&] { field->setHidden(false); } },
+        { "taken out", [&] { field->removeFromSuperview(); }, [&] { around->addSubview(field); } },
+        { "taken out with what holds it", [&] { around->removeFromSuperview(); }, [&] { window->addSubview(around); } },
+    };
+    witness->mayEnd = false; // nobody is asked
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        ASSERT_TRUE(field->becomeFirstResponder());
+        witness->take();
+        c.leave();
+        EXPECT_EQ(witness->take(), "ended, did end");
+        EXPECT_FALSE(field->becomeFirstResponder());
+        c.comeBack();
+    }
+    witness->mayBegin = false;
+    witness->take();
+    EXPECT_FALSE(field->becomeFirstResponder());
+    tap({ 100, 60 });
+    EXPECT_FALSE(field->isEditing());
+    EXPECT_EQ(witness->take(), "may begin?, may begin?");
+    field->addAction(UIControlEvent::editingDidBegin, [this] { field->removeFromSuperview(); });
+    witness->mayBegin = true;
+    EXPECT_FALSE(field->becomeFirstResponder()) << "an action has taken it away";
+}
+
+TEST_F(UITextFieldTest, obeysTheKeys)
+{
+    field->becomeFirstResponder();
+    const auto press = [](UIKey key, UIKeyModifiers held = UIKeyModifiers::none) { UIApplication::shared().sendKey(key, held); };
+    const auto edit = [](UIEditAction action) { return UIApplication::shared().sendEditAction(action); };
+    const auto shift = UIKeyModifiers::shift, control = UIKeyModifiers::control;
+    type("tea for two");
+    press(UIKey::left, control);
+    EXPECT_EQ(field->selectedRange(), (NSRange { 8, 0 }));
+    press(UIKey::left, control | shift);
+    EXPECT_EQ(field->selectedRange(), (NSRange { 4, 4 }));
+    EXPECT_TRUE(edit(UIEditAction::cut));
+    EXPECT_EQ(field->text(), "tea two");
+    EXPECT_FALSE(edit(UIEditAction::copy)) << "nothing is selected";
+    press(UIKey::home);
+    EXPECT_TRUE(edit(UIEditAction::paste));
+    EXPECT_EQ(field->text(), "for tea two");
+    press(UIKey::end, shift);
+    press(UIKey::left, shift);
+    EXPECT_EQ(field->selectedRange(), (NSRange { 4, 6 }));
+    press(UIKey::left);
+    EXPECT_EQ(field->selectedRange(), (NSRange { 4, 0 })) << "a selection ends where the key points";
+    press(UIKey::deleteForward);
+    press(UIKey::deleteBackward, control);
+    EXPECT_EQ(field->text(), "ea two");
+    press(UIKey::tab);
+    EXPECT_EQ(field->text(), "ea two");
+    EXPECT_TRUE(edit(UIEditAction::selectAll));
+    type("a\r\nb"); // pasted by a desktop
+    EXPECT_EQ(field->text(), "a b");
+    field->setText("\u05e9\u05dc\u05d5\u05dd");
+    press(UIKey::left);
+    EXPECT_EQ(field->selectedRange(), (NSRange { 8, 0 })) << "at the left end";
+    press(UIKey::right);
+    EXPECT_EQ(field->selectedRange(), (NSRange { 6, 0 }));
+    EXPECT_TRUE(window->endEditing(false));
+    EXPECT_FALSE(edit(UIEditAction::selectAll));
+}
+
+TEST_F(UITextFieldTest, putsTheCaretUnderTheFinger)
+{
+    field->setText("wide words");
+    makeFrame();
+    tap({ 21, 60 });
+    EXPECT_EQ(field->selectedRange(), (NSRange { 0, 0 }));
+    advance(1);
+    tap({ 215, 60 });
+    EXPECT_EQ(field->selectedRange(), (NSRange { 10, 0 }));
+    advance(1);
+    tap({ 45, 60 });
+    const NSRange single = field->selectedRange();
+    EXPECT_GT(single.location, 0u);
+    EXPECT_LT(single.location, 5u);
+    advance(0.2);
+    tap({ 45, 60 });
+    EXPECT_EQ(field->selectedRange(), (NSRange { 0, 4 })) << "the word";
+    advance(1);
+    // Stays, then takes the caret along.
+    touch(UITouchPhase::began, { 21, 60 });
+    MainQueue::shared().advance(clock, 0.6);
+    touch(UITouchPhase::moved, { 300, 90 });
+    EXPECT_EQ(field->selectedRange(), (NSRange { 10, 0 }));
+    touch(UITouchPhase::moved, { 5, 60 });
+    EXPECT_EQ(field->selectedRange(), (NSRange { 0, 0 }));
+    touch(UITouchPhase::ended, { 5, 60 });
+}
+
+TEST_F(UITextFieldTest, keepsTheCaretInsideItsRectangle)
+{
+    const auto caretX = [&] {
+        makeFrame();
+        return field->textInput()->caretRect().x;
+    };
+    field->setText(std::string(300, 'm'));
+    EXPECT_EQ(field->editingRect(field->bounds()).width, 200);
+    field->becomeFirstResponder();
+    EXPECT_NEAR(caretX(), 20 + 198, 0.51) << "at the end, two points wide";
+    UIApplication::shared().sendKey(UIKey::left);
+    EXPECT_LT(caretX(), 20 + 190) << "what is seen stays while the caret is inside";
+    UIApplication::shared().sendKey(UIKey::home);
+    EXPECT_NEAR(caretX(), 20, 0.01);
+    UIApplication::shared().sendKey(UIKey::end);
+    UIApplication::shared().sendDeleteBackward();
+    EXPECT_NEAR(caretX(), 20 + 198, 0.51) << "the text comes back with it";
+    field->setText("i");
+    EXPECT_LT(caretX(), 20 + 20);
+    field->setTextAlignment(NSTextAlignment::right);
+    EXPECT_NEAR(caretX(), 20 + 198, 0.51);
+    field->setTextAlignment(NSTextAlignment::natural);
+    field->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    field->setText("");
+    EXPECT_NEAR(caretX(), 20 + 198, 0.51) << "lines begin on the right there";
+    type("\u05e9");
+    EXPECT_LT(caretX(), 20 + 195);
+    EXPECT_GT(caretX(), 20 + 170);
+}
+
+TEST_F(UITextFieldTest, blinksWhileItIsEdited)
+{
+    const auto isLit = [&] {
+        bool lit = false;
+        const std::function<void(const CALayer&, bool)> look = [&](const CALayer& layer, bool visible) {
+            visible = visible && !layer.isHidden();
+            if (visible && layer.bounds().width == 2 && layer.backgroundColor())
+                lit = true;
+            for (const auto& child : layer.sublayers())
+                look(*child, visible);
+        };
+        makeFrame();
+        look(*field->layer(), true);
+        return lit;
+    };
+    const auto wait = [&](double seconds) { MainQueue::shared().advance(clock, seconds); };
+    EXPECT_FALSE(isLit());
+    field->becomeFirstResponder();
+    EXPECT_TRUE(isLit());
+    wait(0.55);
+    EXPECT_FALSE(isLit());
+    type("a");
+    EXPECT_TRUE(isLit()) << "at once after a key";
+    wait(0.45);
+    EXPECT_TRUE(isLit());
+    wait(0.1);
+    EXPECT_FALSE(isLit());
+    wait(0.5);
+    EXPECT_TRUE(isLit());
+    UIApplication::shared().sendEditAction(UIEditAction::selectAll);
+    EXPECT_FALSE(isLit()) << "the selection shows where";
+    field->setSelectedRange({ 0, 0 });
+    EXPECT_TRUE(isLit());
+    field->resignFirstResponder();
+    EXPECT_FALSE(isLit());
+    wait(0.55);
+    EXPECT_FALSE(isLit()) << "no timer goes on";
+}
+
+TEST_F(UITextFieldTest, composesThroughAnInputMethod)
+{
+    field->becomeFirstResponder();
+    auto& application = UIApplication::shared();
+    type("go ");
+    witness->take();
+    application.sendMarkedText("ni", 2);
+    EXPECT_EQ(witness->take(), "may 3+0 become \"ni\"?, changed");
+    EXPECT_EQ(field->text(), "go ni");
+    EXPECT_EQ(field->markedRange(), (NSRange { 3, 2 }));
+    type("\u4f60");
+    EXPECT_EQ(witness->take(), "may 3+2 become \"\u4f60\"?, changed");
+    EXPECT_EQ(field->text(), "go \u4f60");
+    application.sendMarkedText("hao", 3);
+    application.sendMarkedText("", 0);
+    EXPECT_EQ(field->text(), "go \u4f60");
+    application.sendMarkedText("hao", 3);
+    field->resignFirstResponder();
+    EXPECT_EQ(field->text(), "go \u4f60hao") << "what is composed stays";
+    EXPECT_FALSE(field->markedRange());
+    EXPECT_EQ(field->textInput()->textBeforeCaret(), "go \u4f60hao");
 }
 
 } // namespace

@@ -57,6 +57,30 @@ std::optional<WindowEvent> windowEvent(const SDL_WindowEvent& event)
     }
 }
 
+std::optional<UIKey> namedKey(SDL_Keycode key)
+{
+    static const std::map<SDL_Keycode, UIKey> keys { { SDLK_RETURN, UIKey::enter }, { SDLK_KP_ENTER, UIKey::enter },
+        { SDLK_ESCAPE, UIKey::escape }, { SDLK_TAB, UIKey::tab }, { SDLK_LEFT, UIKey::left }, { SDLK_RIGHT, UIKey::right },
+        { SDLK_UP, UIKey::up }, { SDLK_DOWN, UIKey::down }, { SDLK_HOME, UIKey::home }, { SDLK_END, UIKey::end },
+        { SDLK_BACKSPACE, UIKey::deleteBackward }, { SDLK_DELETE, UIKey::deleteForward } };
+    const auto found = keys.find(key);
+    return found == keys.end() ? std::nullopt : std::optional(found->second);
+}
+
+// The caret is counted in characters there; before the first and behind the last are allowed for.
+std::optional<WindowEvent> compositionEvent(const char* text, int caret)
+{
+    auto event = plainEvent(WindowEvent::Kind::composition);
+    event->text = text ? text : "";
+    const auto isInside = [&](std::size_t at) { return (static_cast<unsigned char>(event->text[at]) & 0xc0) == 0x80; };
+    for (; caret > 0 && event->caret < event->text.size(); --caret) {
+        do
+            ++event->caret;
+        while (event->caret < event->text.size() && isInside(event->caret));
+    }
+    return event;
+}
+
 std::optional<SDL_SysWMinfo> systemInfo(SDL_Window* window)
 {
     SDL_SysWMinfo info;
@@ -142,6 +166,25 @@ public:
 
     void keepAwake(bool awake) override { awake ? SDL_DisableScreenSaver() : SDL_EnableScreenSaver(); }
 
+    void startTextInput() override { SDL_StartTextInput(); }
+
+    void setTextInputCaret(const CGRect& caret) override
+    {
+        const auto whole = [&](double points) { return int(std::lround(points * units)); };
+        const SDL_Rect area { whole(caret.x), whole(caret.y), whole(caret.width), whole(caret.height) };
+        SDL_SetTextInputRect(&area);
+    }
+
+    void stopTextInput() override { SDL_StopTextInput(); }
+
+    std::string clipboardText() override
+    {
+        const std::unique_ptr<char, void (*)(void*)> text(SDL_GetClipboardText(), SDL_free);
+        return text ? text.get() : "";
+    }
+
+    bool setClipboardText(const std::string& text) override { return SDL_SetClipboardText(text.c_str()) == 0; }
+
     void present(const std::uint32_t* pixels, int stride, int width, int height, const std::vector<PixelRect>& damage) override
     {
         SDL_Surface* surface = SDL_GetWindowSurface(window.get());
@@ -194,7 +237,8 @@ private:
             return fingerEvent(WindowEvent::Kind::touchUp, event.tfinger);
         case SDL_KEYDOWN: {
             auto pressed = plainEvent(WindowEvent::Kind::key);
-            pressed->key = event.key.keysym.sym == SDLK_KP_ENTER ? U'\r' : char32_t(event.key.keysym.sym);
+            pressed->named = namedKey(event.key.keysym.sym);
+            pressed->key = char32_t(event.key.keysym.sym);
             pressed->command = event.key.keysym.mod & (KMOD_CTRL | KMOD_GUI);
             pressed->shift = event.key.keysym.mod & KMOD_SHIFT;
             return pressed;
@@ -203,6 +247,13 @@ private:
             auto typed = plainEvent(WindowEvent::Kind::text);
             typed->text = event.text.text;
             return typed;
+        }
+        case SDL_TEXTEDITING:
+            return compositionEvent(event.edit.text, event.edit.start);
+        case SDL_TEXTEDITING_EXT: { // a long one
+            auto composed = compositionEvent(event.editExt.text, event.editExt.start);
+            SDL_free(event.editExt.text);
+            return composed;
         }
         case SDL_QUIT:
             return plainEvent(WindowEvent::Kind::closed);
@@ -275,6 +326,10 @@ public:
         SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
         SDL_SetHint(SDL_HINT_VIDEODRIVER, hasWayland ? "x11,wayland" : "x11"); // Wayland complains where it is not
         SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+        // The text field shows what is composed, the input method its candidates.
+        SDL_SetHint(SDL_HINT_IME_INTERNAL_EDITING, "1");
+        SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+        SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
         SDL_SetHint(
             SDL_HINT_FRAMEBUFFER_ACCELERATION, "0"); // frames are made by the processor: a driver would take 50 MiB to copy them
         if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {

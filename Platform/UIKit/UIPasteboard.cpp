@@ -1,0 +1,31 @@
+#include "Platform/UIKit/UIPasteboard.h"
+
+#include "Platform/Foundation/NSLog.h"
+
+namespace platform {
+
+UIPasteboard& UIPasteboard::general()
+{
+    static auto& pasteboard = *new UIPasteboard; // never destroyed
+    return pasteboard;
+}
+
+std::string UIPasteboard::string() const { return isOwn ? text : host->pasteboardText(); }
+
+void UIPasteboard::setString(const std::string& newText)
+{
+    isOwn = !host || !host->setPasteboardText(newText);
+    if (isOwn && host)
+        NSLog("text of " + std::to_string(newText.size())
+            + " bytes not copied for other applications: the desktop does not take it");
+    text = isOwn ? newText : std::string();
+}
+
+void UIPasteboard::setHost(UIPasteboardHost* newHost)
+{
+    host = newHost;
+    isOwn = !host;
+    text.clear();
+}
+
+} // namespace platform

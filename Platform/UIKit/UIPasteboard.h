@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+// Where a pasteboard's text lies outside of the application.
+class UIPasteboardHost {
+public:
+    virtual ~UIPasteboardHost() = default;
+    virtual std::string pasteboardText() = 0; // UTF-8; empty for none
+    virtual bool setPasteboardText(const std::string& text) = 0; // false when it was not taken
+};
+
+// What was cut or copied, here or in another application. Main thread.
+class UIPasteboard {
+public:
+    static UIPasteboard& general();
+
+    std::string string() const; // UTF-8; empty when it holds no text
+    bool hasStrings() const { return !string().empty(); }
+    // One console line when the outside does not take it; it can be pasted here all the same.
+    void setString(const std::string& text);
+
+    // Host side. Without a host texts stay inside the application.
+    void setHost(UIPasteboardHost* newHost); // which clears it at its end
+
+private:
+    UIPasteboard() = default;
+    UIPasteboardHost* host = nullptr;
+    std::string text; // what the host has not taken
+    bool isOwn = true; // the text counts, not the host's
+};
+
+} // namespace platform
