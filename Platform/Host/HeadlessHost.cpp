@@ -2,6 +2,9 @@
 
 #include "Platform/CoreGraphics/CGImage.h"
 #include "Platform/Foundation/MainQueue.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Text.h"
+#include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
 #include "Platform/UIKit/UIPasteboard.h"
 
 #include <algorithm>
@@ -167,6 +170,25 @@ void HeadlessHost::compose(const std::string& text, std::size_t caret)
 {
     UIApplication::shared().sendMarkedText(text, std::min(caret, text.size()));
     pass(0);
+}
+
+bool HeadlessHost::tapKeys(const std::string& text)
+{
+    const auto& keyboard = ScreenKeyboard::shared();
+    for (const auto character : Characters(text)) {
+        for (bool typed = false; !typed;) {
+            advance(0); // the first responder may just have changed
+            const auto step = keyboard.stepTowards(character);
+            if (!step) {
+                NSLog("\"" + std::string(character) + "\" of \"" + text
+                    + "\" not tapped: " + (keyboard.isVisible() ? "no key types it" : "no keyboard is on the screen"));
+                return false;
+            }
+            tap(step->key.center());
+            typed = step->types;
+        }
+    }
+    return true;
 }
 
 const Bitmap& HeadlessHost::pixels()

@@ -44,18 +44,24 @@ public:
     void tap(CGPoint point); // down and, 0.05 s later, up
     void drag(CGPoint from, CGPoint to, double seconds); // even steps, a frame each
 
-    // The keyboard's keys, for whoever is the first responder.
+    // The keys of a hardware keyboard, for whoever is the first responder.
     void type(const std::string& text); // UTF-8
     void pressDelete();
     void pressKey(UIKey key, UIKeyModifiers modifiers = UIKeyModifiers::none);
     void perform(UIEditAction action); // as Control with A, C, X or V does
     void compose(const std::string& text, std::size_t caret = std::string::npos); // by an input method; bytes, its end at most
+    // Taps the on-screen keyboard's keys one after another, with shift and the keys to other pages where they are needed. "\n" is
+    // the return key, "\b" delete. False, after one console line, at the first character that no key types, or when no keyboard
+    // is on the screen.
+    bool tapKeys(const std::string& text); // UTF-8
 
     SimulatedDevice& device() { return device_; }
     const SimulatedDevice& device() const { return device_; }
     void rotate(UIDeviceOrientation orientation) { device_.rotate(orientation); }
     void setAppearance(UIUserInterfaceStyle appearance) { device_.setAppearance(appearance); }
     void setDirection(UIUserInterfaceLayoutDirection direction) { device_.setDirection(direction); }
+    void setHardwareKeyboard(bool connected) { device_.setHardwareKeyboard(connected); }
+    void setFloatingKeyboard(bool floats) { device_.setFloatingKeyboard(floats); }
     void setKeyboardHeight(CGFloat height, double duration = 0.25) { device_.setKeyboardHeight(height, duration); }
 
     const Bitmap& pixels(); // of the last frame; draws the first one if there is none, and with manual time what has changed

@@ -1,6 +1,6 @@
 #include "Platform/Host/SimulatedDevice.h"
 
-#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
 #include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIDevice.h"
 #include "Platform/UIKit/UIKeyboard.h"
@@ -39,7 +39,17 @@ SimulatedDevice::SimulatedDevice(HostDevice model, const DeviceState& state)
     applyTraits();
     applyGeometry(0);
     UIDevice::current().setOrientation(state_.orientation);
+    auto& keyboard = ScreenKeyboard::shared();
+    keyboard.attach();
+    keyboard.setHardwareKeyboard(state_.hardwareKeyboard, 0);
+    keyboardToken = NotificationCenter::defaultCenter().addObserver(
+        UIKeyboard::willChangeFrameNotification, [this](const Notification& told) {
+            if (const auto* frame = told.value<CGRect>(UIKeyboard::frameEndUserInfoKey))
+                state_.keyboardHeight = std::clamp(size().height - frame->y, 0.0, size().height);
+        });
 }
+
+SimulatedDevice::~SimulatedDevice() { ScreenKeyboard::shared().detach(); }
 
 bool SimulatedDevice::isLandscape() const
 {
@@ -63,8 +73,10 @@ void SimulatedDevice::rotate(UIDeviceOrientation orientation, double duration)
     state_.orientation = orientation;
     const auto before = interface;
     followDevice();
-    if (interface != before)
+    if (interface != before) {
         applyGeometry(duration);
+        ScreenKeyboard::shared().deviceChanged(duration);
+    }
     UIDevice::current().setOrientation(orientation);
 }
 
@@ -72,12 +84,14 @@ void SimulatedDevice::setAppearance(UIUserInterfaceStyle appearance)
 {
     state_.appearance = appearance;
     applyTraits();
+    ScreenKeyboard::shared().deviceChanged(0);
 }
 
 void SimulatedDevice::setDirection(UIUserInterfaceLayoutDirection direction)
 {
     state_.direction = direction;
     applyTraits();
+    ScreenKeyboard::shared().deviceChanged(0);
 }
 
 void SimulatedDevice::setModel(HostDevice model)
@@ -85,12 +99,24 @@ void SimulatedDevice::setModel(HostDevice model)
     model_ = std::move(model);
     applyTraits();
     applyGeometry(0);
+    ScreenKeyboard::shared().deviceChanged(0);
+}
+
+void SimulatedDevice::setHardwareKeyboard(bool connected, double duration)
+{
+    state_.hardwareKeyboard = connected;
+    ScreenKeyboard::shared().setHardwareKeyboard(connected, duration);
+}
+
+void SimulatedDevice::setFloatingKeyboard(bool floats, double duration)
+{
+    ScreenKeyboard::shared().setFloating(floats, duration);
 }
 
 void SimulatedDevice::setKeyboardHeight(CGFloat height, double duration)
 {
-    state_.keyboardHeight = std::clamp(height, 0.0, size().height);
-    const CGRect frame { 0, size().height - state_.keyboardHeight, size().width, state_.keyboardHeight };
+    const CGFloat covered = std::clamp(height, 0.0, size().height);
+    const CGRect frame { 0, size().height - covered, size().width, covered };
     NotificationCenter::defaultCenter().post(UIKeyboard::willChangeFrameNotification, nullptr,
         { { UIKeyboard::frameEndUserInfoKey, frame }, { UIKeyboard::animationDurationUserInfoKey, duration } });
 }

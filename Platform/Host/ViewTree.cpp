@@ -63,13 +63,31 @@ public:
             node.append("name", view.accessibilityIdentifier());
         if (const auto* controller = view.viewController())
             node.append("controller", className(typeid(*controller)));
-        const auto frame = view.convertTo(view.bounds(), nullptr);
-        node.append("frame", numbers({ frame.x, frame.y, frame.width, frame.height }));
+        node.append("frame", onScreen(view.bounds()));
         if (layer.opacity() != 1)
             node.append("alpha", layer.opacity());
         if (layer.isHidden())
             node.append("hidden", true);
         return std::move(node);
+    }
+
+    // What is drawn rather than a view, as views below this one.
+    JSONArray elements() const
+    {
+        JSONArray list;
+        for (const auto& element : view.accessibilityElements()) {
+            JSONObject described { { "class", "UIAccessibilityElement" } };
+            if (!element.identifier.empty())
+                described.append("name", element.identifier);
+            described.append("frame", onScreen(element.frame));
+            if (!element.enabled)
+                described.append("enabled", false);
+            if (element.selected)
+                described.append("selected", true);
+            described.append("text", element.label);
+            list.push_back(std::move(described));
+        }
+        return list;
     }
 
     void writeLooks(JSONObject& target)
@@ -84,6 +102,12 @@ public:
     }
 
 private:
+    JSONArray onScreen(const CGRect& rect) const // of the view's coordinates
+    {
+        const CGPoint origin = view.window() ? view.window()->frame().origin() : CGPoint {};
+        const CGRect frame = view.convertTo(rect, nullptr).offsetBy(origin.x, origin.y);
+        return numbers({ frame.x, frame.y, frame.width, frame.height });
+    }
     void append(const char* key, const std::optional<CGColor>& color)
     {
         if (color && !color->isClear())
@@ -269,7 +293,7 @@ JSONObject describe(const UIView& view, bool ancestorsVisible)
     if (!visible)
         node.append("visible", false);
     writer.writeLooks(node);
-    JSONArray children;
+    JSONArray children = writer.elements();
     for (const auto& subview : view.subviews())
         children.push_back(describe(*subview, visible));
     if (!children.empty())

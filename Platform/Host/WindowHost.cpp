@@ -179,6 +179,8 @@ void WindowHost::handleCommand(char32_t key)
         device_.setModel(
             onDesktop(device_.model().idiom == UIUserInterfaceIdiom::pad ? HostDevice::phone() : HostDevice::tablet(), *window));
         return fitWindow();
+    case 'k':
+        return device_.setHardwareKeyboard(!state.hardwareKeyboard);
     case 'q':
         running = false;
         return;

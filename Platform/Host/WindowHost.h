@@ -13,9 +13,9 @@
 namespace platform {
 
 // A host with a window on the desktop, real time, mouse, fingers, wheel and keys. With Control (or the command key) held, R turns
-// the device, D changes between light and dark, L the direction, T between phone and tablet, Q closes the window; A, C, X and V
-// select, copy, cut and paste where there is text being written. Drawn to another size, the window becomes a device of that size.
-// Main thread.
+// the device, D changes between light and dark, L the direction, T between phone and tablet, K takes the on-screen keyboard away
+// and gives it back, Q closes the window; A, C, X and V select, copy, cut and paste where there is text being written. Drawn to
+// another size, the window becomes a device of that size. Main thread.
 class WindowHost final : private UIApplicationHost, private UIPasteboardHost {
 public:
     // Null when there is no display; `problem` then says why.

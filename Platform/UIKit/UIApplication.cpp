@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Foundation/URL.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
+#include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
 #include "Platform/UIKit/LayoutRoot.h"
 #include "Platform/UIKit/UIKeyboard.h"
 #include "Platform/UIKit/UIPresentationController.h"
@@ -153,7 +154,11 @@ void UIApplication::becomeActive() { NotificationCenter::defaultCenter().post(di
 void UIApplication::show(UIWindow& window)
 {
     hide(window);
-    shown.push_back(weak(&window));
+    const auto above = std::ranges::find_if(shown, [&](const WeakRef<UIWindow>& each) {
+        const auto other = each.lock();
+        return other && other->windowLevel() > window.windowLevel();
+    });
+    shown.insert(above, weak(&window));
 }
 
 void UIApplication::hide(UIWindow& window)
@@ -165,16 +170,32 @@ void UIApplication::hide(UIWindow& window)
 
 void UIApplication::makeKey(UIWindow& window) { key = weak(&window); }
 
+void UIApplication::setFirstResponder(UIResponder* responder)
+{
+    first = WeakRef<UIResponder>(responder);
+    ScreenKeyboard::shared().firstResponderChanged();
+}
+
+void UIApplication::responderEnds(const UIResponder& responder)
+{
+    if (first.refersTo(&responder))
+        setFirstResponder(nullptr);
+}
+
+void UIApplication::textInputDidChange() { ScreenKeyboard::shared().textInputChanged(); }
+
 void UIApplication::sendText(const std::string& text)
 {
     if (const auto responder = firstResponder())
         responder->insertText(text);
+    textInputDidChange();
 }
 
 void UIApplication::sendDeleteBackward()
 {
     if (const auto responder = firstResponder())
         responder->deleteBackward();
+    textInputDidChange();
 }
 
 void UIApplication::sendMarkedText(const std::string& text, std::size_t caret)

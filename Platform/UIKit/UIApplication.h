@@ -37,6 +37,8 @@ public:
 
     std::vector<std::shared_ptr<UIWindow>> windows() const; // shown ones, back to front
     std::shared_ptr<UIWindow> keyWindow() const;
+    // What can be written in tells it after its text, its caret or its selection has changed, by whatever: keyboards follow.
+    void textInputDidChange();
     // Null asks for the application as a whole.
     UIInterfaceOrientationMask supportedInterfaceOrientations(const UIWindow* window) const;
     void setSupportedInterfaceOrientations(UIInterfaceOrientationMask mask) { supportedOrientations = mask; }
@@ -76,7 +78,8 @@ private:
     friend class UIResponder;
     friend class UIWindow;
 
-    void setFirstResponder(UIResponder* responder) { first = WeakRef<UIResponder>(responder); }
+    void setFirstResponder(UIResponder* responder);
+    void responderEnds(const UIResponder& responder);
 
     void addLayoutFollower(UIPresentationController& presentation);
     void settleLayout();

@@ -18,6 +18,8 @@ void pass(UIResponder& from, void (UIResponder::*operation)(const UITouches&, co
 
 } // namespace
 
+UIResponder::~UIResponder() { UIApplication::shared().responderEnds(*this); }
+
 void UIResponder::touchesBegan(const UITouches& touches, const UIEvent& event)
 {
     pass(*this, &UIResponder::touchesBegan, touches, event);

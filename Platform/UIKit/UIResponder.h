@@ -33,6 +33,7 @@ constexpr bool contains(UIKeyModifiers held, UIKeyModifiers bits)
 // a responder does not handle goes to the next one.
 class UIResponder : public NSObject {
 public:
+    ~UIResponder() override;
     virtual UIResponder* nextResponder() const { return nullptr; }
 
     virtual void touchesBegan(const UITouches& touches, const UIEvent& event);

@@ -4,6 +4,7 @@
 #include "Platform/UIKit/EditedLine.h"
 #include "Platform/UIKit/RestingLine.h"
 #include "Platform/UIKit/TextPicture.h"
+#include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UILongPressGestureRecognizer.h"
 
 #include <algorithm>
@@ -260,9 +261,11 @@ void UITextField::contentChanged()
 
 void UITextField::caretMoved()
 {
-    if (editing)
-        editedLine->restartBlinking();
     setNeedsLayout();
+    if (!editing)
+        return;
+    editedLine->restartBlinking();
+    UIApplication::shared().textInputDidChange();
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/QuartzCore/CALayer.h"
+#include "Platform/UIKit/UIAccessibilityElement.h"
 #include "Platform/UIKit/UIColor.h"
 #include "Platform/UIKit/UIGeometry.h"
 #include "Platform/UIKit/UILayoutGuide.h"
@@ -54,6 +55,8 @@ public:
     std::shared_ptr<UIView> viewWithTag(int tag); // itself or the first descendant, depth first; null for none
     const std::string& accessibilityIdentifier() const { return accessibilityIdentifier_; }
     void setAccessibilityIdentifier(std::string identifier) { accessibilityIdentifier_ = std::move(identifier); }
+    // What is drawn rather than a subview and is to be found by name all the same.
+    virtual std::vector<UIAccessibilityElement> accessibilityElements() const { return {}; }
     UIViewController* viewController() const { return viewController_; } // the one whose root view this is
 
     // Geometry. frame is derived from bounds, center and transform, and is the bounding box under a transform.

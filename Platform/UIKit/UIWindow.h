@@ -10,6 +10,9 @@ namespace platform {
 class UIPresentationController;
 class UIViewController;
 
+// Windows of a level lie above all of the levels before it.
+enum class UIWindowLevel : unsigned char { normal, keyboard };
+
 // The root of what is shown: fills the screen, takes its safe area and traits, and hands touches to views. Hidden at first; who
 // makes one keeps it.
 class UIWindow : public UIView {
@@ -21,6 +24,8 @@ public:
     const std::shared_ptr<UIViewController>& rootViewController() const { return rootViewController_; }
     void setRootViewController(std::shared_ptr<UIViewController> controller); // its view fills the window
     void makeKeyAndVisible();
+    UIWindowLevel windowLevel() const { return windowLevel_; }
+    void setWindowLevel(UIWindowLevel level) { windowLevel_ = level; } // takes effect when it is shown
     std::shared_ptr<UIViewController> topmostController() const; // the root or the last one presented above it; null for none
 
     // UIView
@@ -55,6 +60,7 @@ private:
 
     std::shared_ptr<UIViewController> rootViewController_;
     UITouches touches; // that are down
+    UIWindowLevel windowLevel_ = UIWindowLevel::normal;
     bool filledScreen = false; // when it was hidden
     double lastTimestamp = 0; // seconds, of the last touch event
 };

@@ -43,10 +43,17 @@ void search(const UIView& view, std::string_view wanted, const CGRect& screen, s
 {
     if (view.isHidden() || view.alpha() == 0)
         return;
-    const CGRect frame = view.convertTo(view.bounds(), nullptr).offsetBy(view.window()->frame().x, view.window()->frame().y);
-    const CGPoint middle { frame.midX(), frame.midY() };
-    if (shows(view, wanted) && screen.contains(middle) && (!found || frame.y < found->y) && isReached(view, middle))
-        found = frame;
+    const auto consider = [&](const CGRect& rect) {
+        const CGPoint origin = view.window()->frame().origin();
+        const CGRect frame = view.convertTo(rect, nullptr).offsetBy(origin.x, origin.y);
+        if (screen.contains(frame.center()) && (!found || frame.y < found->y) && isReached(view, frame.center()))
+            found = frame;
+    };
+    if (shows(view, wanted))
+        consider(view.bounds());
+    for (const auto& element : view.accessibilityElements())
+        if (element.identifier == wanted || element.label == wanted)
+            consider(element.frame);
     for (const auto& child : view.subviews())
         search(*child, wanted, screen, found);
 }

@@ -512,6 +512,7 @@ class LiveScreenLeavingTest : public LiveScreenViewerStage { };
 
 TEST_F(LiveScreenLeavingTest, takesAlongWhatTheViewerHasOpen)
 {
+    host.setHardwareKeyboard(true); // keyboards come and go by hand below
     const auto before = registrations();
     std::vector<std::weak_ptr<NSObject>> left;
     for (int round = 0; round < 200; ++round) {

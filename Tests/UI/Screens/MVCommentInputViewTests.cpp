@@ -16,6 +16,7 @@ protected:
     MVCommentInputViewTest()
     {
         host.device().setModel(HostDevice::phone());
+        host.setHardwareKeyboard(true); // nothing lifts the bar above one on the screen here
         show();
     }
     ~MVCommentInputViewTest() override { host.setDirection(UIUserInterfaceLayoutDirection::leftToRight); }

@@ -1,0 +1,414 @@
+#include "Platform/Host/HeadlessHost.h"
+
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/Host/ViewTree.h"
+#include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
+#include "Platform/UIKit/UIButton.h"
+#include "Platform/UIKit/UIKeyboard.h"
+#include "Platform/UIKit/UITextInput.h"
+#include "Platform/UIKit/UIWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace platform {
+namespace {
+
+// The plainest thing that can be written in.
+class Paper final : public UIView, public UITextInput {
+public:
+    std::string text, done;
+    UITextInputTraits traits;
+
+    bool canBecomeFirstResponder() const override { return true; }
+    UITextInput* textInput() override { return this; }
+    void insertText(const std::string& typed) override { text += typed; }
+    void deleteBackward() override
+    {
+        if (hasText())
+            text.pop_back();
+    }
+    bool hasText() const override { return !text.empty(); }
+    std::string textBeforeCaret() const override { return text; }
+    UITextInputTraits inputTraits() const override { return traits; }
+    void setMarkedText(const std::string&, std::size_t) override { }
+    void unmarkText() override { }
+    CGRect caretRect() const override { return {}; }
+    bool canPerform(UIEditAction action) const override { return action == UIEditAction::selectAll && hasText(); }
+    void perform(UIEditAction action) override { done += action == UIEditAction::selectAll ? "all" : "?"; }
+};
+
+class OnScreenKeyboard : public testing::Test {
+protected:
+    explicit OnScreenKeyboard(HostDevice model = HostDevice::phone())
+        : host(std::move(model))
+    {
+        window->setBackgroundColor(UIColor::white());
+        window->makeKeyAndVisible();
+        paper = add();
+        host.advance(0);
+        heard.clear();
+    }
+    ~OnScreenKeyboard() override { EXPECT_EQ(console.lines(), std::vector<std::string> {}); }
+
+    std::shared_ptr<Paper> add()
+    {
+        auto made = make<Paper>();
+        window->addSubview(made);
+        return made;
+    }
+    void beginWriting()
+    {
+        paper->becomeFirstResponder();
+        host.advance(1);
+        heard.clear();
+    }
+    // In screen points; empty when it is not there.
+    CGRect key(const std::string& nameOrText) const
+    {
+        for (const auto& shown : UIApplication::shared().windows())
+            for (const auto& view : shown->subviews())
+                for (const auto& element : view->accessibilityElements())
+                    if (element.identifier == nameOrText || element.label == nameOrText)
+                        return element.frame.offsetBy(shown->frame().x, shown->frame().y);
+        return {};
+    }
+    void tap(const std::string& nameOrText) { host.tap(key(nameOrText).center()); }
+    std::string written() { return std::exchange(paper->text, {}); }
+    CGFloat covered() const { return host.device().state().keyboardHeight; }
+    std::vector<CGRect> takeHeard() { return std::exchange(heard, {}); }
+
+    LogCapture console;
+    HeadlessHost host;
+    std::shared_ptr<UIWindow> window = make<UIWindow>();
+    std::shared_ptr<Paper> paper;
+    std::vector<CGRect> heard; // end frames
+    NotificationToken token = NotificationCenter::defaultCenter().addObserver(
+        UIKeyboard::willChangeFrameNotification, [this](const Notification& told) {
+            heard.push_back(*told.value<CGRect>(UIKeyboard::frameEndUserInfoKey));
+            EXPECT_TRUE(told.value<double>(UIKeyboard::animationDurationUserInfoKey));
+        });
+};
+
+class OnScreenKeyboardOfTablet : public OnScreenKeyboard {
+protected:
+    OnScreenKeyboardOfTablet()
+        : OnScreenKeyboard(HostDevice::tablet())
+    {
+    }
+};
+
+using Frames = std::vector<CGRect>;
+
+TEST_F(OnScreenKeyboard, comesForWhatCanBeWrittenInAndLeavesWithIt)
+{
+    paper->becomeFirstResponder();
+    host.advance(0);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 527, 393, 325 } }));
+    host.advance(1);
+    EXPECT_EQ(covered(), 325);
+    const auto keyboard = UIApplication::shared().windows().back();
+    EXPECT_EQ(keyboard->frame(), (CGRect { 0, 527, 393, 325 }));
+    EXPECT_EQ(UIApplication::shared().keyWindow(), window);
+    const auto later = make<UIWindow>();
+    later->makeKeyAndVisible();
+    EXPECT_EQ(UIApplication::shared().windows(), (std::vector { window, later, keyboard }));
+    later->setHidden(true);
+
+    paper->resignFirstResponder();
+    host.advance(0.1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 852, 393, 325 } }));
+    EXPECT_EQ(covered(), 0);
+    EXPECT_EQ(UIApplication::shared().windows().size(), 2u) << "it is still sliding";
+    host.advance(1);
+    EXPECT_EQ(UIApplication::shared().windows(), (std::vector { window }));
+    EXPECT_TRUE(heard.empty());
+}
+
+TEST_F(OnScreenKeyboard, staysThroughChangesWithinOneTurn)
+{
+    beginWriting();
+    const auto other = add();
+    other->becomeFirstResponder();
+    host.advance(1);
+    other->resignFirstResponder();
+    paper->becomeFirstResponder();
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames {});
+    EXPECT_EQ(covered(), 325);
+    paper->resignFirstResponder();
+    host.advance(1);
+    heard.clear();
+    paper->becomeFirstResponder();
+    paper->resignFirstResponder();
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames {}) << "it has never come";
+    beginWriting();
+    paper->removeFromSuperview();
+    paper = nullptr;
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 852, 393, 325 } })) << "whom it wrote for has ended";
+    EXPECT_EQ(UIApplication::shared().windows().size(), 1u);
+}
+
+// A bar that a listener animates stays on its upper edge in every frame, also when it turns round on its way.
+TEST_F(OnScreenKeyboard, movesAsOneWithWhatListens)
+{
+    const auto bar = make<UIView>(CGRect { 0, 802, 393, 50 });
+    window->addSubview(bar);
+    const auto listener
+        = NotificationCenter::defaultCenter().addObserver(UIKeyboard::willChangeFrameNotification, [&](const Notification& told) {
+              const CGFloat top = told.value<CGRect>(UIKeyboard::frameEndUserInfoKey)->y;
+              UIView::animate(*told.value<double>(UIKeyboard::animationDurationUserInfoKey), [&] {
+                  bar->setFrame({ 0, top - 50, 393, 50 });
+              });
+          });
+    host.advance(0);
+    paper->becomeFirstResponder();
+    host.advance(0);
+    const auto keyboard = UIApplication::shared().windows().back();
+    double way = 0;
+    for (int frame = 0; frame < 40; ++frame) {
+        if (frame == 8)
+            paper->resignFirstResponder();
+        if (frame == 14)
+            paper->becomeFirstResponder();
+        host.advance(1.0 / 60);
+        const CGFloat barEnd = bar->layer()->presentationFrame(host.now()).maxY();
+        EXPECT_NEAR(barEnd, keyboard->layer()->presentationFrame(host.now()).y, 1e-6) << frame;
+        way = std::max(way, 852 - barEnd);
+    }
+    EXPECT_NEAR(way, 325, 1e-6);
+}
+
+TEST_F(OnScreenKeyboard, followsTheDevice)
+{
+    beginWriting();
+    host.rotate(UIDeviceOrientation::landscapeLeft);
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 184, 852, 209 } }));
+    EXPECT_EQ(covered(), 209);
+    host.device().setModel(HostDevice::tablet());
+    host.rotate(UIDeviceOrientation::portrait);
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 420, 1180, 400 }, { 0, 860, 820, 320 } }));
+    EXPECT_FALSE(key("dockKey").isEmpty());
+    const auto light = host.pixels().row(1722)[2] & 0xffffff;
+    host.setAppearance(UIUserInterfaceStyle::dark);
+    host.advance(0);
+    EXPECT_EQ(light, 0xd1d4dau);
+    EXPECT_EQ(host.pixels().row(1722)[2] & 0xffffff, 0x1f1f21u);
+    EXPECT_EQ(takeHeard(), Frames {});
+}
+
+TEST_F(OnScreenKeyboard, typesByItsKeysOnEveryDevice)
+{
+    const std::string all = "Hi there 2! [ok] €5.50 ❤️ مرحبا؟ أنا PS";
+    for (const auto& model : { HostDevice::phone(), HostDevice::smallPhone(), HostDevice::tablet() })
+        for (const auto posture : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeRight }) {
+            host.device().setModel(model);
+            host.rotate(posture);
+            beginWriting();
+            EXPECT_TRUE(host.tapKeys(all));
+            EXPECT_EQ(written(), all) << model.name;
+            EXPECT_TRUE(host.tapKeys("ab\bc\n"));
+            EXPECT_EQ(written(), "ac\n") << model.name;
+        }
+    host.type("Typed beside it");
+    EXPECT_EQ(written(), "Typed beside it");
+    EXPECT_FALSE(host.tapKeys("中"));
+    paper->resignFirstResponder();
+    EXPECT_FALSE(host.tapKeys("a"));
+    const std::vector<std::string> said { "\"中\" of \"中\" not tapped: no key types it",
+        "\"a\" of \"a\" not tapped: no keyboard is on the screen" };
+    EXPECT_EQ(console.lines(), said);
+    console.clear();
+}
+
+TEST_F(OnScreenKeyboard, shiftsOnceByHandByItselfAndForGood)
+{
+    beginWriting();
+    for (const char* text : { "A", "b" })
+        tap(text);
+    EXPECT_EQ(written(), "Ab") << "capital at the beginning only";
+    UIApplication::shared().textInputDidChange();
+    EXPECT_FALSE(key("Q").isEmpty()) << "the text was emptied by its owner";
+    tap("shift");
+    tap("shift");
+    for (const char* text : { "X", "Y", "Z" })
+        tap(text);
+    host.advance(1);
+    tap("shift");
+    tap("z");
+    EXPECT_EQ(written(), "XYZz");
+    paper->traits = { .returnKeyType = UIReturnKeyType::send, .autocapitalization = UITextAutocapitalizationType::none };
+    UIApplication::shared().textInputDidChange();
+    EXPECT_TRUE(host.tapKeys("no capitals  here"));
+    EXPECT_EQ(written(), "no capitals. here") << "two spaces end a sentence";
+    EXPECT_FALSE(key("send").isEmpty());
+}
+
+TEST_F(OnScreenKeyboard, takesFastAndWanderingFingers)
+{
+    beginWriting();
+    tap("shift");
+    const auto at = [this](const char* text) { return key(text).center(); };
+    host.touchDown(at("h"), 0);
+    host.touchDown(at("i"), 1);
+    EXPECT_EQ(paper->text, "h") << "the second finger strikes what the first is on";
+    host.touchUp(at("h"), 0);
+    host.touchUp(at("i"), 1);
+    EXPECT_EQ(written(), "hi");
+    host.touchDown(at("q"));
+    host.touchMove(at("w"));
+    host.touchMove(at("e"));
+    host.touchUp(at("e"));
+    host.touchDown(at("t"));
+    host.touchMove({ 200, 300 });
+    host.touchUp({ 200, 300 }); // above the keyboard
+    host.touchDown(at("space"));
+    host.touchCancel();
+    host.touchDown(at("return"));
+    host.touchMove(at("m"));
+    host.touchUp(at("m"));
+    EXPECT_EQ(written(), "e");
+
+    paper->text = "0123456789";
+    host.touchDown(at("delete"));
+    EXPECT_EQ(paper->text, "012345678");
+    host.advance(0.45);
+    EXPECT_EQ(paper->text, "012345678");
+    host.advance(0.3);
+    EXPECT_EQ(paper->text, "012345");
+    host.touchMove({ 200, 300 });
+    host.advance(1);
+    EXPECT_EQ(paper->text, "012345") << "the finger has left the key";
+    host.touchUp({ 200, 300 });
+}
+
+TEST_F(OnScreenKeyboard, letsNothingThroughAndKeepsTheEditingUp)
+{
+    int presses = 0;
+    const auto below = make<UIButton>();
+    below->setFrame({ 0, 400, 393, 452 });
+    below->addAction(UIControlEvent::touchUpInside, [&presses] { ++presses; });
+    window->addSubview(below);
+    beginWriting();
+    for (CGFloat y = 530; y < 850; y += 20)
+        host.tap({ 60, y });
+    EXPECT_EQ(presses, 0);
+    EXPECT_TRUE(paper->isFirstResponder());
+    host.tap({ 60, 500 });
+    EXPECT_EQ(presses, 1);
+    tap("hideKey");
+    EXPECT_FALSE(paper->isFirstResponder());
+    host.advance(1);
+    host.tap({ 60, 700 });
+    EXPECT_EQ(presses, 2);
+}
+
+TEST_F(OnScreenKeyboard, editsAsFarAsTheTextAllows)
+{
+    beginWriting();
+    tap("selectAllKey");
+    EXPECT_EQ(paper->done, "");
+    host.type("word");
+    tap("Select All");
+    tap("Paste");
+    EXPECT_EQ(paper->done, "all");
+    host.advance(0);
+    const auto tree = viewTree(host.device());
+    const auto& keyboard = tree["root"]["children"][1]["children"][0];
+    EXPECT_EQ(keyboard["name"].text(), "keyboard");
+    std::string shown, off;
+    for (const auto& each : *keyboard["children"].array()) {
+        const auto text = each["text"].text().value();
+        EXPECT_GE(each["frame"][1].number(), 527);
+        if (each["name"].text() == "shiftKey" || text.size() == 1)
+            shown += text;
+        if (!each["enabled"].boolean().value_or(true))
+            off += text + " ";
+    }
+    EXPECT_EQ(shown, "qwertyuiopasdfghjklshiftzxcvbnm");
+    EXPECT_EQ(off, "Cut Copy Paste ");
+    EXPECT_EQ(tree["keyboardHeight"].number(), 325);
+}
+
+TEST_F(OnScreenKeyboard, staysAwayBesideAHardwareKeyboard)
+{
+    beginWriting();
+    host.setHardwareKeyboard(true);
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 852, 393, 325 } }));
+    host.type("a");
+    EXPECT_EQ(written(), "a");
+    EXPECT_EQ(UIApplication::shared().windows().size(), 1u);
+    paper->resignFirstResponder();
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames {});
+    paper->becomeFirstResponder();
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 852, 393, 325 } })) << "a height of 0";
+    EXPECT_EQ(covered(), 0);
+    host.setHardwareKeyboard(false);
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 527, 393, 325 } }));
+    EXPECT_EQ(covered(), 325);
+}
+
+TEST_F(OnScreenKeyboardOfTablet, floatsWhereItIsPutAndCoversNothing)
+{
+    beginWriting();
+    tap("dockKey");
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 1180, 820, 320 } }));
+    EXPECT_EQ(covered(), 0);
+    const auto keyboard = UIApplication::shared().windows().back();
+    const CGRect before = keyboard->frame();
+    EXPECT_EQ(before.size(), (CGSize { 320, 260 }));
+    const CGPoint grip = key("grip").center();
+    host.drag(grip, { grip.x - 100, grip.y - 400 }, 0.2);
+    EXPECT_EQ(keyboard->frame(), before.offsetBy(-100, -400));
+    host.drag(key("grip").center(), { -500, 3000 }, 0.2);
+    EXPECT_EQ(keyboard->frame().origin(), (CGPoint { 12, 1180 - 20 - 12 - 260 })) << "it stays on the screen";
+    EXPECT_TRUE(host.tapKeys("Panel 1"));
+    EXPECT_EQ(written(), "Panel 1");
+    EXPECT_EQ(takeHeard(), Frames {});
+    tap("dockKey");
+    host.advance(1);
+    EXPECT_EQ(takeHeard(), Frames({ { 0, 860, 820, 320 } }));
+    EXPECT_EQ(covered(), 320);
+}
+
+TEST_F(OnScreenKeyboard, drawsWhatChangesAndNothingWhileItRests)
+{
+    beginWriting();
+    paper->resignFirstResponder();
+    host.advance(1);
+    const auto before = PixelPool::bytesInUse();
+    beginWriting();
+    EXPECT_TRUE(host.tapKeys("Ab"));
+    EXPECT_LE(PixelPool::bytesInUse(), before + (8 << 20)) << "one picture of rows, one of the strip";
+    host.advance(1);
+    const int frames = host.frameCount();
+    host.advance(20);
+    EXPECT_EQ(host.frameCount(), frames);
+    const CGRect pressed = key("t");
+    host.touchDown(pressed.center());
+    host.advance(0);
+    PixelRect touched;
+    for (const auto& rect : host.lastChange().damage)
+        touched = touched.unionWith(rect);
+    EXPECT_FALSE(touched.isEmpty());
+    const CGRect around = pressed.insetBy(-30, -70);
+    EXPECT_TRUE(PixelRect::around({ around.x * 3, around.y * 3, around.width * 3, around.height * 3 }).contains(touched));
+    host.touchUp(pressed.center());
+    paper->resignFirstResponder();
+    host.advance(1);
+    EXPECT_LE(PixelPool::bytesInUse(), before + (1 << 20)) << "the pictures are gone";
+}
+
+} // namespace
+} // namespace platform
