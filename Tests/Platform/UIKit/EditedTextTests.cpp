@@ -109,8 +109,9 @@ TEST(EditedText, aLongTextIsLaidOutAnewOnlyAroundAChange)
         std::size_t at, removed;
         std::string put;
     };
-    const Edit edits[] = { { "a letter inside", 20003, 0, "x" }, { "at the beginning", 0, 0, "y" },
-        { "at the end", 40000, 0, "z" }, { "over some stretches", 5000, 3000, "" }, { "a joining mark", 10000, 0, "\u0301" },
+    const Edit edits[] = { { "a joining mark where a stretch ends", text.stretches(0, text.width())[9]->start, 0, "\u0301" },
+        { "a letter inside", 20003, 0, "x" }, { "at the beginning", 0, 0, "y" }, { "at the end", 40000, 0, "z" },
+        { "over some stretches", 5000, 3000, "" }, { "a joining mark", 10000, 0, "\u0301" },
         { "a page", 777, 1, content.substr(0, 1500) } };
     for (const Edit& edit : edits) {
         SCOPED_TRACE(edit.why);
@@ -126,6 +127,8 @@ TEST(EditedText, aLongTextIsLaidOutAnewOnlyAroundAChange)
         const auto after = numbers();
         EXPECT_LE(std::ranges::count_if(after, [&](auto number) { return std::ranges::find(before, number) == before.end(); }),
             2 + std::ptrdiff_t(edit.put.size() / 512));
+        for (const auto* stretch : text.stretches(-1, text.width() + 1))
+            EXPECT_NE(content.compare(stretch->start, 2, "\u0301"), 0) << "a mark stays with its letter";
         // The same as laid out from nothing, but for the places of the cuts.
         std::size_t covered = 0;
         CGFloat x = 0;

@@ -217,6 +217,7 @@ TEST_F(UITextFieldTest, keepsTheCaretInsideItsRectangle)
     UIApplication::shared().sendKey(UIKey::home);
     EXPECT_NEAR(caretX(), 20, 0.01);
     UIApplication::shared().sendKey(UIKey::end);
+    makeFrame();
     UIApplication::shared().sendDeleteBackward();
     EXPECT_NEAR(caretX(), 20 + 198, 0.51) << "the text comes back with it";
     field->setText("i");
