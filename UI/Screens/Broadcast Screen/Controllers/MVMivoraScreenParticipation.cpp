@@ -152,8 +152,9 @@ void MVMivoraScreenViewController::endParticipation()
 {
     if (isViewLoaded())
         view()->endEditing(true);
-    if (const auto dialog = viewersDialog.lock(); dialog && dialog->presentingViewController())
-        dialog->dismiss(true);
+    const auto dialog = viewersDialog.lock();
+    if (auto* presenter = dialog ? dialog->presentingViewController() : nullptr)
+        presenter->dismiss(true); // with an alert that lies over it
 }
 
 bool MVMivoraScreenViewController::isStillWatching(const std::weak_ptr<MVBroadcast>& broadcast) const

@@ -34,6 +34,8 @@ bool isLandscape(UIDeviceOrientation orientation)
     return orientation == UIDeviceOrientation::landscapeLeft || orientation == UIDeviceOrientation::landscapeRight;
 }
 
+bool isStanding(const std::shared_ptr<UIViewController>& presented) { return presented && !presented->isBeingDismissed(); }
+
 void configurePill(MVHorizontalImageTextView& pill)
 {
     pill.setClipsToBounds(true);
@@ -87,15 +89,22 @@ void MVMivoraScreenViewController::didRecieveHostVideoStream(const std::string& 
     streamContainerView->showHideNoStreamLabel(false);
 }
 
-// One after the other would need as many answers from the viewer, so what stands on the screen stays alone.
+// One after the other would need as many answers from the viewer, so an alert stays alone. It lies over the name prompt, in which
+// something may be written; the reaction picker makes way.
 void MVMivoraScreenViewController::didErrorOccuredInVideoService(const MVError& error)
 {
-    const auto standing = presentedViewController();
-    if (standing && !standing->isBeingDismissed())
-        return;
+    UIViewController* presenter = this;
+    if (const auto standing = presentedViewController(); isStanding(standing)) {
+        if (standing != viewersDialog.lock() || isStanding(standing->presentedViewController()))
+            return;
+        if (standing->modalPresentationStyle() == UIModalPresentationStyle::popover)
+            standing->dismiss(true);
+        else
+            presenter = standing.get();
+    }
     const auto alert = make<UIAlertController>("Video Stream Error", error.errorMessage);
     alert->addAction({ "Ok", UIAlertActionStyle::normal, {} });
-    present(alert, true);
+    presenter->present(alert, true);
 }
 
 void MVMivoraScreenViewController::didDeviceOrientationChanged(UIDeviceOrientation newOrientation)
