@@ -58,6 +58,7 @@ std::uint32_t expectedColor(const VideoPlanes& planes, int y, int u, int v)
 
 TEST(VideoPixels, haveTheColoursOfTheStandards)
 {
+    int sum = 0, count = 0; // of what is off, either way
     for (const bool isHighDefinition : { false, true }) {
         for (const bool isFullRange : { false, true }) {
             for (const int y : { 0, 16, 60, 128, 200, 235, 255 }) {
@@ -70,14 +71,18 @@ TEST(VideoPixels, haveTheColoursOfTheStandards)
                         const auto drawn = drawVideo(picture.planes, picture.whole(), 24, 12);
                         const auto got = drawn->row(5)[11], wanted = expectedColor(picture.planes, y, u, v);
                         ASSERT_EQ(got >> 24, 255u);
-                        for (const int shift : { 0, 8, 16 })
-                            ASSERT_LE(std::abs(int(got >> shift & 255) - int(wanted >> shift & 255)), 1)
-                                << std::hex << got << " for " << wanted;
+                        for (const int shift : { 0, 8, 16 }) {
+                            const int off = int(got >> shift & 255) - int(wanted >> shift & 255);
+                            ASSERT_LE(std::abs(off), 1) << std::hex << got << " for " << wanted;
+                            sum += off;
+                            ++count;
+                        }
                     }
                 }
             }
         }
     }
+    EXPECT_LT(std::abs(sum), count / 20) << "rounded, not cut";
 }
 
 TEST(VideoPixels, keepASlopeStraightAtEverySize)
@@ -92,6 +97,22 @@ TEST(VideoPixels, keepASlopeStraightAtEverySize)
             ASSERT_NEAR(greenAt(*wide, i, 17), 3 * place + 20, 1.2) << size << ", " << i;
             ASSERT_NEAR(greenAt(*high, 17, i), 3 * place + 20, 1.2) << size << ", " << i;
         }
+    }
+}
+
+// They lie between the rows of brightness, and on every second column.
+TEST(VideoPixels, haveTheirColoursWhereTheyLie)
+{
+    Picture picture(64, 64, [](int, int) { return 100; });
+    for (int i = 0; i < 32 * 32; ++i) {
+        picture.u[std::size_t(i)] = std::uint8_t(128 + i / 32 * 2); // blue by rows
+        picture.v[std::size_t(i)] = std::uint8_t(128 + i % 32 * 2); // red by columns
+    }
+    const auto drawn = drawVideo(picture.planes, picture.whole(), 192, 192);
+    for (int i = 6; i < 186; ++i) {
+        const double place = (i + 0.5) / 3 - 0.5; // of brightness
+        EXPECT_NEAR(int(drawn->row(i)[90] & 255), 100 + 1.8556 * (place - 0.5), 0.8) << i;
+        EXPECT_NEAR(int(drawn->row(90)[i] >> 16 & 255), 100 + 1.5748 * place, 0.8) << i;
     }
 }
 
