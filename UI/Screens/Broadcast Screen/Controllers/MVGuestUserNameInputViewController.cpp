@@ -71,6 +71,8 @@ void MVGuestUserNameInputViewController::configureSubViewsProperties()
     headerLabel | mv::setBackgroundColor(UIColor::clear()) | mv::setTitleColor(UIColor::white())
         | mv::setText(MVLocalized("mvEnterNameToJoinChat")) | mv::setFont(MVFonts::semiBoldFont(18))
         | mv::setTextAlignMent(NSTextAlignment::center);
+    headerLabel->setAdjustsFontSizeToFitWidth(true); // on the smallest phones it would be cut
+    headerLabel->setMinimumScaleFactor(0.75);
     NSAttributes placeholderLooks;
     placeholderLooks.font = UIFont::systemFont(14, UIFontWeight::medium);
     placeholderLooks.foregroundColor = UIColor::white().withAlphaComponent(0.8);
