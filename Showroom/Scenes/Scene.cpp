@@ -5,6 +5,7 @@
 #include "Showroom/Service/CannedService.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/ScreenReader.h"
+#include "Showroom/Tour/TourText.h"
 #include "UI/Utils/MVUtilities.h"
 
 #include <algorithm>
@@ -154,6 +155,35 @@ void showLiveFeatured(ShowroomApp& app, HeadlessHost& host)
     host.skip(settleLength);
 }
 
+// A first comment, typed and not sent yet.
+void writeComment(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    tapText(host, "commentTextField");
+    host.tapKeys(tourText("comment"));
+    host.skip(0.5);
+}
+
+void showLiveKeyboard(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    tapText(host, "commentTextField");
+}
+
+void showLiveTyping(ShowroomApp& app, HeadlessHost& host) { writeComment(app, host); }
+
+void showLiveGuestPrompt(ShowroomApp& app, HeadlessHost& host)
+{
+    writeComment(app, host);
+    tapText(host, "sendCommentButton");
+}
+
+void showLiveReactionPicker(ShowroomApp& app, HeadlessHost& host)
+{
+    joinShow(app, host);
+    tapText(host, "sendReactionButton");
+}
+
 void showAlertStreamError(ShowroomApp& app, HeadlessHost& host)
 {
     joinShow(app, host);
@@ -179,7 +209,11 @@ const std::vector<Scene>& allScenes()
         { "live-chat-hidden", showLiveChatHidden },
         { "live-products-hidden", showLiveProductsHidden },
         { "live-login-banner", showLiveLoginBanner },
+        { "live-keyboard", showLiveKeyboard },
+        { "live-typing", showLiveTyping },
+        { "live-reaction-picker", showLiveReactionPicker },
         { "live-reactions", showLiveReactions },
+        { "live-guest-prompt", showLiveGuestPrompt },
         { "live-featured", showLiveFeatured },
         { "alert-stream-error", showAlertStreamError },
     };

@@ -3,6 +3,7 @@
 #include "Platform/Foundation/NSLog.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/TourGuide.h"
+#include "Showroom/Tour/TourText.h"
 #include "UI/Utils/MVUtilities.h"
 
 #include <filesystem>
@@ -12,7 +13,7 @@ namespace showroom {
 namespace {
 
 constexpr double settleLength = 1.2; // seconds until a page or a turned device stands still
-constexpr double watchLength = 7; // until messages, reactions and a featured product have come
+constexpr double watchLength = 6; // until messages, reactions and a featured product have come
 constexpr double loadLength = 3; // until the lists have answered and their pictures have faded in
 
 void browse(TourGuide& guide)
@@ -35,7 +36,45 @@ void browse(TourGuide& guide)
     guide.wait(loadLength);
 }
 
-// The first live show: watched, turned, a product looked at, left.
+// A first comment, for which the viewer gives a name, and a reaction.
+void takePart(TourGuide& guide)
+{
+    guide.tap("commentTextField");
+    guide.wait(settleLength);
+    guide.type(tourText("comment"));
+    guide.takePicture("live-typing");
+    guide.tap("sendCommentButton");
+    guide.wait(settleLength);
+    guide.takePicture("live-guest-prompt");
+    guide.type(tourText("name"));
+    guide.tap(mv::MVLocalized("mvJoin"));
+    guide.wait(2 * settleLength);
+    guide.takePicture("live-comment");
+    guide.tap("sendReactionButton");
+    guide.wait(settleLength);
+    guide.takePicture("live-reaction-picker");
+    guide.tap("reactionButton");
+    guide.wait(settleLength);
+    guide.takePicture("live-reaction");
+}
+
+void turnShow(TourGuide& guide)
+{
+    guide.rotate(UIDeviceOrientation::landscapeLeft);
+    guide.wait(settleLength);
+    guide.takePicture("live-landscape");
+    guide.tap("commentTextField");
+    guide.wait(settleLength);
+    guide.type(tourText("thanks"));
+    guide.takePicture("live-landscape-typing");
+    guide.tap("sendCommentButton");
+    guide.wait(settleLength);
+    guide.takePicture("live-landscape-comment");
+    guide.rotate(UIDeviceOrientation::portrait);
+    guide.wait(settleLength);
+}
+
+// The first live show: watched, taken part in, turned, a product looked at, left.
 void watchShow(TourGuide& guide)
 {
     guide.tap(mv::MVLocalized("mvJoinNow"));
@@ -46,11 +85,8 @@ void watchShow(TourGuide& guide)
     guide.takePicture("live-chat-hidden");
     guide.tap("chatToggleButton");
     guide.wait(settleLength);
-    guide.rotate(UIDeviceOrientation::landscapeLeft);
-    guide.wait(settleLength);
-    guide.takePicture("live-landscape");
-    guide.rotate(UIDeviceOrientation::portrait);
-    guide.wait(settleLength);
+    takePart(guide);
+    turnShow(guide);
     guide.tap("productNameLabel");
     guide.wait(settleLength);
     guide.takePicture("product");

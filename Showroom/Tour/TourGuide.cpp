@@ -3,6 +3,8 @@
 #include "Platform/CoreGraphics/Bitmap.h"
 #include "Platform/CoreGraphics/CGImage.h"
 #include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Text.h"
+#include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
 #include "Showroom/Service/CannedService.h"
 #include "Showroom/Tour/ScreenReader.h"
 
@@ -19,6 +21,7 @@ constexpr double tapLength = 0.08; // seconds
 
 JSONArray place(CGPoint point) { return { std::round(point.x * 10) / 10, std::round(point.y * 10) / 10 }; }
 
+constexpr double keyInterval = 0.08; // seconds from one key to the next
 constexpr double patience = 5; // seconds that a viewer waits for something to tap
 constexpr double lookInterval = 0.1; // seconds between two looks for what a viewer waits for
 
@@ -75,12 +78,29 @@ bool TourGuide::tap(std::string_view nameOrText)
     }
     const CGPoint point { frame->x + frame->width / 2, frame->y + frame->height / 2 };
     log("tap", { { "view", nameOrText }, { "point", place(point) } });
-    host.touchDown(point);
-    finger = point;
-    pass(tapLength);
-    host.touchUp(point);
-    finger.reset();
+    press(point);
     wait(0);
+    return true;
+}
+
+bool TourGuide::type(const std::string& text)
+{
+    log("type", { { "text", text } });
+    const auto& keyboard = ScreenKeyboard::shared();
+    for (const auto character : Characters(text)) {
+        for (bool isTyped = false; !isTyped;) {
+            pass(keyInterval); // in which what the last key has changed is shown
+            const auto step = keyboard.stepTowards(character);
+            if (!step) {
+                faultless = false;
+                log("missing", { { "key", character } });
+                NSLog("tour: there is no key on the screen for \"" + std::string(character) + "\"");
+                return false;
+            }
+            press(step->key.center());
+            isTyped = step->types;
+        }
+    }
     return true;
 }
 
@@ -152,6 +172,15 @@ bool TourGuide::finish()
     log("end", std::move(detail));
     events.close();
     return faultless && !events.fail();
+}
+
+void TourGuide::press(CGPoint point)
+{
+    host.touchDown(point);
+    finger = point;
+    pass(tapLength);
+    host.touchUp(point);
+    finger.reset();
 }
 
 void TourGuide::log(const char* event, JSONObject detail)

@@ -30,6 +30,8 @@ public:
     bool waitFor(std::string_view nameOrText, double seconds);
     // False, after a line in the log, when there is nothing of that name or text on the screen.
     bool tap(std::string_view nameOrText);
+    // Key by key on the on-screen keyboard. False, after a line in the log, at the first character that no key on it types.
+    bool type(const std::string& text);
     // A finger that goes from one part of the screen to another (0 to 1 from its leading top) within so many seconds.
     void drag(CGPoint from, CGPoint to, double seconds);
     void rotate(UIDeviceOrientation orientation);
@@ -47,6 +49,7 @@ public:
 private:
     void log(const char* event, JSONObject detail);
     void logCalls();
+    void press(CGPoint point);
     double time() const { return host.now() - start; }
     void pass(double seconds);
     void film();
