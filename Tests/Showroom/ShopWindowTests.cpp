@@ -105,20 +105,24 @@ protected:
         return numbers;
     }
     // Of the chat, which in landscape lies beside the video.
+    double differenceOfChat()
+    {
+        const auto shot = display.screenshot();
+        const auto& expected = host.pixels();
+        if (shot.width != expected.width() || shot.height != expected.height())
+            return notSeen;
+        long different = 0, compared = 0;
+        for (int y = 60; y < shot.height; ++y) // below the buttons
+            for (int x = shot.width / 2 + 1; x < shot.width; ++x, ++compared)
+                different += isDifferent(shot.at(x, y), expected.row(y)[x]);
+        return double(different) / double(compared);
+    }
     double waitForLikenessOfChat(double seconds)
     {
         double best = notSeen;
         for (int tries = int(seconds * 4); tries > 0 && best > 0.003; --tries) {
             std::this_thread::sleep_for(250ms);
-            auto shot = display.screenshot();
-            const auto& expected = host.pixels();
-            if (shot.width != expected.width() || shot.height != expected.height())
-                continue;
-            long different = 0, compared = 0;
-            for (int y = 60; y < shot.height; ++y) // below the buttons
-                for (int x = shot.width / 2 + 1; x < shot.width; ++x, ++compared)
-                    different += isDifferent(shot.at(x, y), expected.row(y)[x]);
-            best = std::min(best, double(different) / double(compared));
+            best = std::min(best, differenceOfChat());
         }
         return best;
     }
@@ -143,6 +147,28 @@ protected:
         host.tap({ place->midX(), place->midY() });
         host.advance(2);
         std::this_thread::sleep_for(1s); // while pages slide, the window takes no touches
+    }
+    // On the keys that the screen shows.
+    void tapKeys(const std::string& letters)
+    {
+        for (const char letter : letters) {
+            const auto key = findOnScreen(host.device(), letter == ' ' ? "space" : std::string(1, letter));
+            ASSERT_TRUE(key) << letter;
+            display.click(int(key->midX()), int(key->midY()));
+            std::this_thread::sleep_for(150ms);
+            host.tap({ key->midX(), key->midY() });
+            host.advance(0.1);
+        }
+    }
+    // On the keyboard that lies on the desk.
+    void pressKeys(const std::string& letters)
+    {
+        for (const char letter : letters) {
+            display.pressKey(std::string(1, letter).c_str());
+            std::this_thread::sleep_for(20ms);
+        }
+        host.type(letters);
+        host.advance(0.1);
     }
 
     double processorSeconds() const
@@ -190,8 +216,8 @@ TEST_F(ShopWindow, showsTheListAtRestAndGoesBackWhenItIsClicked)
     EXPECT_LT(waitForLikeness(), 0.003) << "the start page";
 }
 
-// The main job with the real clock: from the list into a live show, and out again.
-TEST_F(ShopWindow, aViewerWatchesALiveShow)
+// The main job with the real clock: from the list into a live show, a comment, a reaction, a product, and out again.
+TEST_F(ShopWindow, aViewerWatchesALiveShowAndTakesPart)
 {
     ASSERT_LT(waitForLikeness(), 0.003) << "the window shows the list";
     click(mv::MVLocalized("mvJoinNow"));
@@ -207,10 +233,33 @@ TEST_F(ShopWindow, aViewerWatchesALiveShow)
     const int passed = numbers.back() - numbers.front() + 1;
     RecordProperty("shareOfFramesShown", std::to_string(double(numbers.size()) / std::max(passed, 1)));
 
+    // What the scenario says by itself comes first, so that the chats run in one order.
+    host.advance(18);
+    std::this_thread::sleep_until(start + 18s);
+    click("commentTextField");
+    tapKeys("Hi ");
+    pressKeys("all");
+    click("sendCommentButton");
+    tapKeys("Wr");
+    pressKeys("en");
+    click(mv::MVLocalized("mvJoin"));
+
     display.pressKey("r", true);
     host.rotate(UIDeviceOrientation::landscapeLeft);
-    host.advance(18); // the last of what the scenario says by itself
+    host.advance(2);
     EXPECT_LT(waitForLikenessOfChat(30), 0.003) << "all that was said since, on its own half of the turned screen";
+
+    click("sendReactionButton");
+    const auto wow = findOnScreen(host.device(), "reactionButton"); // the first of them
+    ASSERT_TRUE(wow);
+    display.click(int(wow->midX()), int(wow->midY()));
+    host.tap({ wow->midX(), wow->midY() });
+    host.skip(8); // until it has gone in the double
+    double flight = 0;
+    for (int look = 0; look < 15; ++look, std::this_thread::sleep_for(100ms))
+        flight = std::max(flight, differenceOfChat());
+    EXPECT_GT(flight, 0.0005) << "the reaction flies over the chat";
+    EXPECT_LT(waitForLikenessOfChat(20), 0.003) << "and has gone";
 
     click("productNameLabel");
     EXPECT_LT(waitForLikeness(), 0.003) << "the shop's page of the product";
@@ -224,13 +273,15 @@ TEST_F(ShopWindow, aViewerWatchesALiveShow)
     EXPECT_GT(loudest, 0.02) << "the host is heard";
     std::vector<std::string> calls;
     for (const auto& call : loggedEvents("call"))
-        if (call["service"].text()->find("ceramic-hour") != std::string_view::npos)
-            calls.emplace_back(*call["service"].text());
+        if (const std::string name(*call["service"].text());
+            name.find("ceramic-hour") != std::string::npos || name.starts_with("createGuestUser"))
+            calls.push_back(name);
     const std::string show = "ceramic-hour ";
     EXPECT_EQ(calls,
         (std::vector<std::string> { show + "subscribeEvents", "getBroadcast ceramic-hour", show + "subscribeEvents",
             show + "startWatching", show + "startWatchingBroadcastConversation", show + "loadChatMessages 50 0",
-            show + "getProducts", show + "playVideoStream", show + "stopWatching", show + "stopWatchingBroadcastConversation",
+            show + "getProducts", show + "playVideoStream", "createGuestUser Wren", show + "sendMessage Hi all",
+            show + "addReaction wow", show + "stopWatching", show + "stopWatchingBroadcastConversation",
             show + "stopVideoStream" }));
 }
 
