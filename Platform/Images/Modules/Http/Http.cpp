@@ -2,6 +2,8 @@
 
 #include "Platform/Foundation/ModuleExport.h"
 
+#include <libsoup/soup.h>
+
 #include <map>
 #include <mutex>
 #include <thread>
@@ -13,6 +15,13 @@ namespace {
 
 constexpr int mostConnections = 12;
 constexpr int mostConnectionsToOneHost = 6; // as browsers have it
+
+struct Unref {
+    void operator()(GMainContext* context) const { g_main_context_unref(context); }
+    void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
+    void operator()(SoupSession* session) const { g_object_unref(session); }
+};
+template <typename T> using Handle = std::unique_ptr<T, Unref>;
 
 class Session final : public HttpSession {
 public:
@@ -33,7 +42,7 @@ public:
     {
         post([this, id, request = std::move(request), done = std::move(done)] {
             auto& exchange = exchanges[id];
-            exchange = std::make_unique<Exchange>(home, id, request, done);
+            exchange = Exchange::make(home, id, request, done);
             exchange->start();
         });
     }
