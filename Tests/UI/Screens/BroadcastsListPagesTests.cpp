@@ -215,6 +215,36 @@ TEST_F(ListPagesTest, cardsOfATurnedDeviceDoNotGrowIntoTheirPlaces)
         EXPECT_TRUE(find(cell, name)->layer()->animationKeys().empty()) << name;
 }
 
+TEST_F(ListPagesTest, wideCardsHaveTheTurnedScreensHeightEveryTime)
+{
+    openFullList();
+    const auto expectCardsOf = [this](CGFloat screenHeight) {
+        for (int index = 0; index < 3; ++index) {
+            const auto cell = table(index)->cellForRow(0);
+            ASSERT_TRUE(cell);
+            EXPECT_NEAR(onScreen(*find(cell, "containerView")).height, screenHeight * 0.75, 0.34) << index;
+            EXPECT_NEAR(cell->bounds().height, screenHeight * 0.75 + 30, 0.34) << index;
+            const CGRect picture = onScreen(*find(cell, "broadcastImageView"));
+            EXPECT_NEAR(picture.width, picture.height, 0.34) << index;
+        }
+    };
+    for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE(round);
+        turn(UIDeviceOrientation::landscapeLeft);
+        expectCardsOf(393);
+        turn(UIDeviceOrientation::portrait);
+    }
+    navigation->pushViewController(make<UIViewController>(), false);
+    turn(UIDeviceOrientation::landscapeLeft);
+    turn(UIDeviceOrientation::portrait);
+    navigation->popViewController(false);
+    turn(UIDeviceOrientation::landscapeLeft);
+    expectCardsOf(393);
+    host.device().setModel(HostDevice::window({ 360, 852 }, 1));
+    host.advance(1);
+    expectCardsOf(360);
+}
+
 TEST_F(ListPagesTest, drawsNothingWhileNothingMoves)
 {
     openFullList();

@@ -2,6 +2,7 @@
 
 #include "Platform/UIKit/UIAlertController.h"
 #include "Platform/UIKit/UINavigationController.h"
+#include "Platform/UIKit/UIScreen.h"
 #include "Service/Mivora.h"
 #include "UI/Common/SubViews/Pinning.h"
 #include "UI/Extensions/MVSetters.h"
@@ -103,14 +104,15 @@ std::string MVBroadcastsContainerViewController::identityForRow(UITableView& /*t
     return address.str();
 }
 
-// The object is part of it, since the card reports its presses with the one that it was given.
+// The object is part of it, since the card reports its presses with the one that it was given; the screen's height, since wide
+// cards have a part of it.
 std::string MVBroadcastsContainerViewController::contentForRow(UITableView& /*tableView*/, int row)
 {
     const MVBroadcast& broadcast = *broadcasts[std::size_t(row)];
     constexpr char separator = '\n';
     std::ostringstream content;
-    content << &broadcast << separator << isPortraitMode << separator << (broadcast.status ? int(*broadcast.status) : -1)
-            << separator;
+    content << &broadcast << separator << isPortraitMode << separator << UIScreen::main().bounds().height << separator
+            << (broadcast.status ? int(*broadcast.status) : -1) << separator;
     if (broadcast.startTime)
         content << std::hexfloat << broadcast.startTime->secondsSince1970;
     content << separator << (broadcast.bannerImageUrl ? broadcast.bannerImageUrl->absoluteString() : "") << separator

@@ -156,6 +156,7 @@ NSLayoutConstraints MVBroadcastBaseTableCell::dateTimeConstraints()
 
 void MVBroadcastBaseTableCell::setBroadcast(const std::shared_ptr<MVBroadcast>& newBroadcast)
 {
+    followScreen();
     broadcast = newBroadcast;
     broadcastNameLabel->setText(broadcast ? broadcast->title : std::nullopt);
     descriptionLabel->setText(broadcast ? broadcast->description : std::nullopt);

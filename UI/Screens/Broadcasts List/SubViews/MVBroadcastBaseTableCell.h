@@ -31,6 +31,7 @@ protected:
     // In place of the geometry that was there; the date row's two constraints are added by it.
     void replaceConstraints(NSLayoutConstraints constraints);
     NSLayoutConstraints dateTimeConstraints(); // that the geometries share
+    virtual void followScreen() { } // as it is filled: what of the geometry depends on the screen
 
     // UIView
     void layoutSubviews() override;

@@ -44,13 +44,7 @@ void MVBroadcastLandscapeModeTableCell::setUpViewsConstraints()
     replaceConstraints(std::move(geometry));
 }
 
-void MVBroadcastLandscapeModeTableCell::layoutSubviews()
-{
-    followScreen();
-    MVBroadcastBaseTableCell::layoutSubviews();
-}
-
-// A cell that was made before a turn of the device takes the new screen's height.
+// Not when it is laid out: the row has been measured by then, and a cell that waits for its next use is laid out as well.
 void MVBroadcastLandscapeModeTableCell::followScreen() { heightConstraint->setConstant(cardHeight()); }
 
 } // namespace mv

@@ -13,10 +13,9 @@ public:
 
 private:
     void setUpViewsConstraints();
-    void followScreen();
 
-    // UIView
-    void layoutSubviews() override;
+    // MVBroadcastBaseTableCell
+    void followScreen() override;
 
     std::shared_ptr<NSLayoutConstraint> heightConstraint;
 };
