@@ -3,9 +3,13 @@
 #include "Platform/CoreGraphics/Text/GlyphCache.h"
 #include "Platform/CoreGraphics/Text/TextLayoutImpl.h"
 
+#include <algorithm>
+
 namespace platform {
 namespace {
 constexpr double largestPlace = 1e7; // pixels; keeps what lies far outside within whole numbers
+
+bool isOpaque(std::uint32_t color) { return color >> 24 == 255; }
 
 int whole(double v) { return int(std::lround(std::clamp(v, -largestPlace, largestPlace))); }
 
@@ -98,6 +102,7 @@ public:
     void drawLine(Bitmap& target, const PixelRect& clip, std::size_t line) const
     {
         const auto opacity = unsigned(std::lround(std::clamp(placement.opacity, 0.0, 1.0) * 255));
+        std::vector<std::size_t> translucent; // styles of the line
         std::size_t style = layout.styles.size();
         std::uint32_t color = 0;
         forEachGlyph(line, 0, [&](const GlyphRun& run, const GlyphImage& image, int x, int y) {
@@ -109,12 +114,32 @@ public:
                 style = run.style;
                 color = pixels::premultiplied(layout.styles[style].color, placement.opacity);
             }
-            pixels::blendCoverage(target, clip, image.view(), x, y, color);
+            if (isOpaque(color))
+                pixels::blendCoverage(target, clip, image.view(), x, y, color);
+            else if (std::ranges::find(translucent, style) == translucent.end())
+                translucent.push_back(style);
         });
+        for (const std::size_t each : translucent)
+            drawTranslucent(target, clip, line, each);
         for (const auto& run : layout.runs[line]) {
             if (layout.styles[run.style].underline)
                 drawUnderline(target, clip, underlineOf(run, line), layout.styles[run.style].color);
         }
+    }
+
+    // Joined letters lie over one another at their joints, which would shine through: what they cover is added up first.
+    void drawTranslucent(Bitmap& target, const PixelRect& clip, std::size_t line, std::size_t style) const
+    {
+        const auto box = bounds(line, 0).intersection(clip);
+        const auto sum = Bitmap::make(box.width, box.height, PixelFormat::alpha, true);
+        if (!sum)
+            return;
+        forEachGlyph(line, 0, [&](const GlyphRun& run, const GlyphImage& image, int x, int y) {
+            if (run.style == style && image.coverage)
+                pixels::addCoverage(*sum, sum->bounds(), image.view(), x - box.x, y - box.y);
+        });
+        const auto color = pixels::premultiplied(layout.styles[style].color, placement.opacity);
+        pixels::blendCoverage(target, clip, { sum->data(), sum->stride(), box.width, box.height }, box.x, box.y, color);
     }
 
     void drawUnderline(Bitmap& target, const PixelRect& clip, const PixelRect& stroke, const CGColor& color) const

@@ -74,6 +74,28 @@ TEST_F(TextDrawingTest, emojiAreColouredAndAsLargeAsTheText)
     EXPECT_TRUE(hasColor(*drawn(text, 300, 300)));
 }
 
+TEST_F(TextDrawingTest, joinedLettersDoNotShineThroughOneAnother)
+{
+    const auto darkest = [](const Bitmap& bitmap) {
+        std::uint32_t least = 255;
+        for (int y = 0; y < bitmap.height(); ++y)
+            for (int x = 0; x < bitmap.width(); ++x)
+                least = std::min(least, bitmap.row(y)[x] & 255);
+        return int(least);
+    };
+    auto text = paragraph("\u0627\u0643\u062a\u0628 \u0631\u0633\u0627\u0644\u0629");
+    text.font = testing::kitFont("SourceSansPro-SemiBold", 48);
+    EXPECT_EQ(darkest(*drawn(text, 400, 100, { 0, 20 })), 0);
+    for (const double alpha : { 0.2, 0.5, 0.8 }) {
+        text.color = { 0, 0, 0, alpha };
+        EXPECT_NEAR(darkest(*drawn(text, 400, 100, { 0, 20 })), 255 * (1 - alpha), 1.5) << alpha;
+    }
+    text.runs.push_back({ "m", nullptr, CGColor { 0, 0, 0, 0.6 }, {}, false }); // each in its own colour
+    EXPECT_NEAR(darkest(*drawn(text, 400, 100, { 0, 20 })), 255 * 0.2, 1.5);
+    text.color = { 0, 0, 0, 0.2 };
+    EXPECT_NEAR(darkest(*drawn(text, 400, 100, { 0, 20 })), 255 * 0.4, 1.5);
+}
+
 TEST_F(TextDrawingTest, glyphsMoveByQuarterPixels)
 {
     const auto at = [](double x) { return drawn(paragraph("W"), 60, 30, { x, 0 }); };
