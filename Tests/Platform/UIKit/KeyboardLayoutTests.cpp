@@ -23,7 +23,7 @@ const Device devices[] = {
     { "phone", { 393, 852 }, { 59, 0, 34, 0 }, UIUserInterfaceIdiom::phone, false, 325 },
     { "phone, lying", { 852, 393 }, { 0, 59, 21, 59 }, UIUserInterfaceIdiom::phone, false, 209 },
     { "small phone", { 320, 568 }, { 20, 0, 0, 0 }, UIUserInterfaceIdiom::phone, false, 260 },
-    { "small phone, lying", { 568, 320 }, {}, UIUserInterfaceIdiom::phone, false, 188 },
+    { "small phone, lying", { 568, 320 }, {}, UIUserInterfaceIdiom::phone, false, 180 },
     { "tablet", { 820, 1180 }, { 24, 0, 20, 0 }, UIUserInterfaceIdiom::pad, false, 320 },
     { "tablet, lying", { 1180, 820 }, { 24, 0, 20, 0 }, UIUserInterfaceIdiom::pad, false, 400 },
     { "panel on a tablet", { 820, 1180 }, { 24, 0, 20, 0 }, UIUserInterfaceIdiom::pad, true, 260 },
