@@ -8,7 +8,11 @@ namespace {
 constexpr double halfPeriod = 0.5; // seconds
 }
 
-BlinkingCaret::BlinkingCaret() { layer_->setHidden(true); }
+BlinkingCaret::BlinkingCaret()
+{
+    layer_->setCornerRadius(width / 2);
+    layer_->setHidden(true);
+}
 
 void BlinkingCaret::restart()
 {

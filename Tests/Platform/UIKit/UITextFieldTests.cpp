@@ -239,7 +239,7 @@ TEST_F(UITextFieldTest, blinksWhileItIsEdited)
         bool lit = false;
         const std::function<void(const CALayer&, bool)> look = [&](const CALayer& layer, bool visible) {
             visible = visible && !layer.isHidden();
-            if (visible && layer.bounds().width == 2 && layer.backgroundColor())
+            if (visible && layer.bounds().width == 2 && layer.cornerRadius() == 1 && layer.backgroundColor())
                 lit = true;
             for (const auto& child : layer.sublayers())
                 look(*child, visible);
