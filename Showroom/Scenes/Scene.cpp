@@ -18,6 +18,8 @@ constexpr double loadLength = 3.2; // seconds until the lists have answered and 
 constexpr double watchLength = 1.5; // after joining, until the video and what is said are there
 constexpr const char* joinedShow = "ceramic-hour"; // the newest live one
 constexpr double settleLength = 2; // until a page stands still and its pictures are there
+constexpr double typedLength = 0.4; // after a key, until the send button is there; the caret is still lit
+constexpr double promptLength = 1.6; // until the name prompt and the keyboard stand, and the caret is lit
 
 void showGallery(ShowroomApp& app, HeadlessHost& host)
 {
@@ -35,11 +37,11 @@ void showHome(ShowroomApp& app, HeadlessHost& host)
 }
 
 // What shows that text is tapped, and given time to settle.
-void tapText(HeadlessHost& host, const std::string& text)
+void tapText(HeadlessHost& host, const std::string& text, double length = settleLength)
 {
     if (const auto place = findOnScreen(host.device(), text))
         host.tap({ place->midX(), place->midY() });
-    host.skip(settleLength);
+    host.skip(length);
 }
 
 void openList(ShowroomApp& app, HeadlessHost& host)
@@ -161,7 +163,7 @@ void writeComment(ShowroomApp& app, HeadlessHost& host)
     joinShow(app, host);
     tapText(host, "commentTextField");
     host.tapKeys(tourText("comment"));
-    host.skip(0.5);
+    host.skip(typedLength);
 }
 
 void showLiveKeyboard(ShowroomApp& app, HeadlessHost& host)
@@ -175,7 +177,7 @@ void showLiveTyping(ShowroomApp& app, HeadlessHost& host) { writeComment(app, ho
 void showLiveGuestPrompt(ShowroomApp& app, HeadlessHost& host)
 {
     writeComment(app, host);
-    tapText(host, "sendCommentButton");
+    tapText(host, "sendCommentButton", promptLength);
 }
 
 void showLiveReactionPicker(ShowroomApp& app, HeadlessHost& host)
