@@ -38,7 +38,7 @@ constexpr double productX = 236, productY = 900;
 
 // A screen in portrait shows at least x from 66 to 654, the left half of one in landscape at least y from 308 to 972. The badges
 // on top of the picture end above 394, the chat begins below 571.
-constexpr int codeX = 72, codeY = 408, codeHeight = 24;
+constexpr int codeX = 72, codeY = 408, codeHeight = 16;
 constexpr int cellWidth = 8; // on whole blocks of the encoder, so that it stays sharp
 
 // From 0 to 1 and gently at both ends.
@@ -166,8 +166,8 @@ struct HostScene::Impl {
     {
         const auto cells = frameCode::cells(number);
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            const double light = cells[i] ? 0.96 : 0.06;
-            cairo_set_source_rgb(context, light, light, light);
+            const double light = cells[i] ? 0.92 : 0.4; // the wall's tone, and one that does not draw the eye
+            cairo_set_source_rgb(context, light + 0.03, light, light - 0.03);
             cairo_rectangle(context, codeX + int(i) * cellWidth, codeY, cellWidth, codeHeight);
             cairo_fill(context);
         }
