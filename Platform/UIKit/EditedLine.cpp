@@ -7,7 +7,6 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat overhang = 1; // points beside the rectangle that still show, for glyphs that reach over their advance
 constexpr CGFloat tileWidth = 256; // points; a change draws the tiles of its stretch that are seen
 constexpr double selectionAlpha = 0.3;
 
@@ -113,9 +112,9 @@ void EditedLine::showTiles(const Look& look)
 
 void EditedLine::showCaret(const TextEditor& editor, const Look& look)
 {
-    const CGFloat side = text_.isRightToLeft() ? BlinkingCaret::width : 0;
+    const CGFloat before = text_.isRightToLeft() ? BlinkingCaret::width - look.lean : look.lean;
     caret.layer()->setBackgroundColor(look.tint);
-    caret.layer()->setFrame({ textX + pixels(text_.x(editor.caret()) - side), textY, BlinkingCaret::width, text_.height() });
+    caret.layer()->setFrame({ textX + pixels(text_.x(editor.caret()) - before), textY, BlinkingCaret::width, text_.height() });
     if (editor.selection().length > 0)
         caret.stop();
     else if (!caret.isBlinking())

@@ -16,10 +16,14 @@ namespace platform {
 // Main thread.
 class EditedLine {
 public:
+    static constexpr CGFloat overhang
+        = 1; // points beside the rectangle that still show, for glyphs that reach over their advance
+
     struct Look {
         CGColor color; // of the text
         CGColor tint; // of caret and selection
         NSTextAlignment alignment = NSTextAlignment::left; // left, center or right
+        CGFloat lean = 0; // points up to the overhang, by which the caret stands away from the letter behind it
     };
 
     explicit EditedLine(CALayer& parent);

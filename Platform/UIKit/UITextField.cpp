@@ -236,7 +236,11 @@ void UITextField::showText()
     if (editing) {
         restingLine->hide();
         laidOutText();
-        editedLine->show(editor, { color, tintColor().cgColor(present), presentAlignment() }, presentTextRect());
+        const CGRect rect = presentTextRect();
+        // Half a caret's width, where it would not be cut at the field's edge.
+        const CGFloat lean
+            = std::clamp(std::min(rect.minX() - bounds().minX(), bounds().maxX() - rect.maxX()), 0.0, EditedLine::overhang);
+        editedLine->show(editor, { color, tintColor().cgColor(present), presentAlignment(), lean }, rect);
         return;
     }
     editedLine->hide();

@@ -231,6 +231,14 @@ TEST_F(UITextFieldTest, keepsTheCaretInsideItsRectangle)
     type("\u05e9");
     EXPECT_LT(caretX(), 20 + 195);
     EXPECT_GT(caretX(), 20 + 170);
+
+    // Half of it stands before the line where the field's edge does not cut it.
+    field->setBorderStyle(UITextBorderStyle::roundedRect);
+    field->setText("");
+    const CGRect inside = field->editingRect(field->bounds());
+    EXPECT_NEAR(caretX(), 20 + inside.maxX() - 1, 0.01);
+    field->setSemanticContentAttribute(UISemanticContentAttribute::forceLeftToRight);
+    EXPECT_NEAR(caretX(), 20 + inside.x - 1, 0.01);
 }
 
 TEST_F(UITextFieldTest, blinksWhileItIsEdited)
