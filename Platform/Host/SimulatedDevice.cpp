@@ -49,7 +49,11 @@ SimulatedDevice::SimulatedDevice(HostDevice model, const DeviceState& state)
         });
 }
 
-SimulatedDevice::~SimulatedDevice() { ScreenKeyboard::shared().detach(); }
+SimulatedDevice::~SimulatedDevice()
+{
+    ScreenKeyboard::shared().detach();
+    UIApplication::shared().forgetKeyboard();
+}
 
 bool SimulatedDevice::isLandscape() const
 {

@@ -67,6 +67,7 @@ public:
     bool sendEditAction(UIEditAction action);
     // Where the on-screen keyboard is or is moving to, in screen points; empty before the first one, below the screen after it.
     const CGRect& keyboardFrame() const { return keyboard; }
+    void forgetKeyboard() { keyboard = {}; } // when the device ends whose keyboard it was
     // The frame's layout pass: everything marked, until nothing is; and once more after what follows other views has followed.
     void layoutWindows();
     std::vector<std::shared_ptr<CALayer>> windowLayers() const; // for the frame's steps, back to front

@@ -410,5 +410,30 @@ TEST_F(OnScreenKeyboard, drawsWhatChangesAndNothingWhileItRests)
     EXPECT_LE(PixelPool::bytesInUse(), before + (1 << 20)) << "the pictures are gone";
 }
 
+TEST(OnScreenKeyboardOfEndedDevice, isNotThereForTheNextOne)
+{
+    for (const bool isOwn : { true, false }) {
+        SCOPED_TRACE(isOwn);
+        const auto window = make<UIWindow>();
+        {
+            HeadlessHost host;
+            window->makeKeyAndVisible();
+            const auto paper = make<Paper>();
+            window->addSubview(paper);
+            host.setHardwareKeyboard(!isOwn);
+            paper->becomeFirstResponder();
+            host.advance(1);
+            if (!isOwn)
+                host.setKeyboardHeight(325);
+            EXPECT_EQ(UIApplication::shared().keyboardFrame(), (CGRect { 0, 527, 393, 325 }));
+            paper->removeFromSuperview();
+        }
+        EXPECT_TRUE(UIApplication::shared().keyboardFrame().isEmpty());
+        EXPECT_EQ(UIApplication::shared().windows(), (std::vector { window })) << "the keyboard's is gone";
+        const HeadlessHost next;
+        EXPECT_TRUE(UIApplication::shared().keyboardFrame().isEmpty());
+    }
+}
+
 } // namespace
 } // namespace platform
