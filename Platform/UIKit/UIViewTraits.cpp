@@ -1,4 +1,5 @@
 // What views know of their surroundings, and how it reaches them.
+#include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
 #include "Platform/UIKit/LayoutRoot.h"
 #include "Platform/UIKit/UIScreen.h"
 #include "Platform/UIKit/UIView.h"
@@ -71,6 +72,8 @@ void UIView::adoptTraits(const std::shared_ptr<const UITraitCollection>& around)
         if (viewController_)
             viewController_->traitCollectionDidChange(*previous);
     });
+    if (isFirstResponder())
+        ScreenKeyboard::shared().firstRespondersTraitsChanged();
 }
 
 void UIView::adoptTraitsInTree(const std::shared_ptr<const UITraitCollection>& around)

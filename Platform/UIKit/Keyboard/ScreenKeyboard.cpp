@@ -161,6 +161,12 @@ void ScreenKeyboard::textInputChanged()
         refresh();
 }
 
+void ScreenKeyboard::firstRespondersTraitsChanged()
+{
+    if (there && !settling)
+        refresh();
+}
+
 std::shared_ptr<UIResponder> ScreenKeyboard::servedResponder() const
 {
     auto responder = served.lock();

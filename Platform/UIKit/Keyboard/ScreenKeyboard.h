@@ -44,6 +44,7 @@ public:
     // The application's.
     void firstResponderChanged(); // looks at the end of the turn who it is now
     void textInputChanged();
+    void firstRespondersTraitsChanged(); // a dark page gets a dark keyboard
 
 private:
     ScreenKeyboard() = default;

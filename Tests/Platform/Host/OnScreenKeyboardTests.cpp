@@ -203,6 +203,31 @@ TEST_F(OnScreenKeyboard, followsTheDevice)
     EXPECT_EQ(takeHeard(), Frames {});
 }
 
+TEST_F(OnScreenKeyboard, isAsDarkAsWhatIsWrittenInAtOnce)
+{
+    const auto page = make<UIView>(CGRect { 0, 0, 393, 852 });
+    window->addSubview(page);
+    page->addSubview(paper);
+    beginWriting();
+    const auto expectDark = [this](bool dark, const char* why) {
+        host.advance(0);
+        EXPECT_EQ(host.pixels().row(1582)[2] & 0xffffff, dark ? 0x1f1f21u : 0xd1d4dau) << why;
+    };
+    expectDark(false, "as the device");
+    page->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    expectDark(true, "as its page is forced to be");
+    paper->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::light);
+    expectDark(false, "as it is itself");
+    paper->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::unspecified);
+    page->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::unspecified);
+    expectDark(false, "as the device again");
+    host.setAppearance(UIUserInterfaceStyle::dark);
+    expectDark(true, "which has turned dark");
+    window->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::light);
+    expectDark(false, "as its window");
+    EXPECT_EQ(takeHeard(), Frames {});
+}
+
 TEST_F(OnScreenKeyboard, typesByItsKeysOnEveryDevice)
 {
     const std::string all = "Hi there 2! [ok] €5.50 ❤️ مرحبا؟ أنا PS";
