@@ -111,7 +111,7 @@ std::shared_ptr<const CGPath> PopoverPlacement::outline() const
     return std::make_shared<const CGPath>(std::move(path));
 }
 
-PopoverPlacement placePopover(CGSize content, const CGRect& source, const CGRect& area, Arrow permitted)
+PopoverPlacement placePopover(CGSize content, const CGRect& source, const CGRect& area, Arrow permitted, CGFloat leastHeight)
 {
     const Arrow arrow = chooseArrow(content, source, area, permitted);
     const bool vertical = isVertical(arrow);
@@ -120,8 +120,8 @@ PopoverPlacement placePopover(CGSize content, const CGRect& source, const CGRect
     const CGFloat length = arrow == Arrow::none ? 0 : clampedTo(edge / 2 - leastCornerRadius, 0, fullArrowLength);
     if (arrow != Arrow::none) {
         CGFloat& depth = vertical ? size.height : size.width;
-        const CGFloat free = room(arrow, source, area) - length;
-        if (free >= 2 * fullCornerRadius) // else it lies over some of the source
+        const CGFloat free = room(arrow, source, area) - length, corners = 2 * fullCornerRadius;
+        if (free >= (vertical ? std::max(corners, leastHeight) : corners)) // else it lies over some of the source
             depth = std::min(depth, free);
     }
     const CGFloat radius = std::min({ fullCornerRadius, std::max(0.0, edge / 2 - length), size.width / 2, size.height / 2 });

@@ -33,7 +33,9 @@ struct PopoverPlacement {
 };
 
 // Inside the area, at the first permitted side of the source (below, above, right, left of it) where the content fits, else at
-// the one with most room, cut to it. Without a permitted side its middle is the source's as far as the area allows.
-PopoverPlacement placePopover(CGSize content, const CGRect& source, const CGRect& area, UIPopoverArrowDirection permitted);
+// the one with most room, cut to it; over some of the source where that leaves it less than the least height. Without a permitted
+// side its middle is the source's as far as the area allows.
+PopoverPlacement placePopover(
+    CGSize content, const CGRect& source, const CGRect& area, UIPopoverArrowDirection permitted, CGFloat leastHeight = 0);
 
 } // namespace platform

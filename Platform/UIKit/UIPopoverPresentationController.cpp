@@ -209,11 +209,15 @@ PopoverPlacement UIPopoverPresentationController::wantedPlacement() const
     const CGSize content = preferred.isEmpty() ? usualContentSize : preferred;
     const auto view = source.lock();
     if (pointsAtNothing && !view)
-        return placePopover(content, container->bounds(), area(), UIPopoverArrowDirection::none);
+        return placePopover(content, container->bounds(), area(0), UIPopoverArrowDirection::none);
     if (!view || view->window() != container->window())
         return placement; // it is about to close
     const CGRect pointedAt = view->convertTo(rect ? *rect : view->bounds(), container.get());
-    PopoverPlacement wanted = placePopover(content, pointedAt, area(), permitted);
+    PopoverPlacement wanted = placePopover(content, pointedAt, area(0), permitted);
+    if (wanted.body.height < content.height) {
+        const CGFloat least = std::min(content.height, leastContentHeight(wanted.body.width));
+        wanted = placePopover(content, pointedAt, area(least), permitted, least);
+    }
     const CGFloat scale = UIScreen::main().scale();
     const CGFloat dx = std::round(wanted.body.x * scale) / scale - wanted.body.x;
     const CGFloat dy = std::round(wanted.body.y * scale) / scale - wanted.body.y;
@@ -222,15 +226,27 @@ PopoverPlacement UIPopoverPresentationController::wantedPlacement() const
     return wanted;
 }
 
-// Where the bubble may lie.
-CGRect UIPopoverPresentationController::area() const
+// What the content's constraints ask for when it is that wide. 0 for one without any.
+CGFloat UIPopoverPresentationController::leastContentHeight(CGFloat width) const
+{
+    const auto& view = presentedViewController()->view();
+    return view->systemLayoutSizeFitting({ width, 0 }, LayoutPriority::required, LayoutPriority::fittingSizeLevel).height;
+}
+
+// Where the bubble may lie. The margins give way to a content that needs more.
+CGRect UIPopoverPresentationController::area(CGFloat leastHeight) const
 {
     const auto& container = containerView();
     CGRect free = container->safeAreaInsets().inset(container->bounds());
     const CGRect& keyboard = UIApplication::shared().keyboardFrame();
     if (!keyboard.isEmpty())
         free.height = std::min(free.height, std::max(0.0, keyboard.y - container->window()->frame().y - free.y));
-    return margins.inset(free);
+    CGRect inside = margins.inset(free);
+    if (inside.height < leastHeight) {
+        inside.y = free.y;
+        inside.height = free.height;
+    }
+    return inside;
 }
 
 std::shared_ptr<UIView> UIPopoverPresentationController::passedThrough(CGPoint point, const UIEvent* event) const

@@ -30,8 +30,9 @@ public:
     virtual void popoverPresentationControllerDidDismissPopover(UIPopoverPresentationController& /*popover*/) { }
 };
 
-// A bubble with an arrow to what it is about, clear of the safe area's edges and of the keyboard, which it leaves up. While it
-// stands, what is below gets no touches; one outside of it closes it. It follows its source and closes when that leaves the
+// A bubble with an arrow to what it is about, clear of the safe area's edges and of the keyboard, which it leaves up. Where there
+// is little room it is less high than its content would like, but lies over what it is about rather than be too low for it. While
+// it stands, what is below gets no touches; one outside of it closes it. It follows its source and closes when that leaves the
 // window. Get it from the controller that is to be presented, and fill it in before. Without a source it stands in the middle,
 // after one console line.
 class UIPopoverPresentationController final : public UIPresentationController {
@@ -72,7 +73,8 @@ private:
     bool isBubble() const { return presentationStyle() == UIModalPresentationStyle::popover; }
     void placeBubble();
     PopoverPlacement wantedPlacement() const;
-    CGRect area() const;
+    CGRect area(CGFloat leastHeight) const;
+    CGFloat leastContentHeight(CGFloat width) const;
     std::shared_ptr<UIView> passedThrough(CGPoint point, const UIEvent* event) const; // in the container's coordinates
     void viewerWantsToClose();
     void closeItself();

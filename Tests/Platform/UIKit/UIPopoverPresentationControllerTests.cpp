@@ -80,6 +80,15 @@ TEST(PopoverPlacementTest, findsASideWithRoom)
     }
 }
 
+TEST(PopoverPlacementTest, liesOverItsSourceRatherThanBeTooLow)
+{
+    const CGRect area { 10, 20, 300, 400 }, source { 140, 70, 40, 20 }; // 50 points above it, 13 of them for the arrow
+    EXPECT_EQ(placePopover({ 100, 60 }, source, area, Arrow::down, 37).body, (CGRect { 110, 20, 100, 37 }));
+    EXPECT_EQ(placePopover({ 100, 60 }, source, area, Arrow::down, 38).body, (CGRect { 110, 20, 100, 60 }));
+    const CGRect low { 10, 20, 300, 45 };
+    EXPECT_EQ(placePopover({ 100, 60 }, { 140, 40, 40, 20 }, low, Arrow::down, 38).body, (CGRect { 110, 20, 100, 45 }));
+}
+
 // Answers as it is told, and writes down what it hears.
 class Delegate final : public UIPopoverPresentationControllerDelegate {
 public:

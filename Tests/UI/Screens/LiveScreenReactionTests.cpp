@@ -101,6 +101,42 @@ TEST_F(LiveScreenReactionTest, closesThePickerWhenTheDeviceTurns)
     EXPECT_EQ(show->takeCalls(), Lines { "addReaction like" });
 }
 
+// On both phones on their sides: over a keyboard as high as the platform's own, and over a higher one that somebody else draws.
+TEST_F(LiveScreenReactionTest, keepsThePickerWholeAboveTheKeyboard)
+{
+    struct Case {
+        HostDevice model;
+        CGFloat keyboardHeight; // points
+        bool isBesideBar; // there is room above the bar
+    };
+    host.rotate(UIDeviceOrientation::landscapeLeft);
+    for (const Case& c : { Case { HostDevice::phone(), 209, true }, Case { HostDevice::smallPhone(), 188, true },
+             Case { HostDevice::phone(), 290, false }, Case { HostDevice::phone(), 300, false },
+             Case { HostDevice::smallPhone(), 220, false } }) {
+        SCOPED_TRACE(testing::Message() << c.model.name << " " << c.keyboardHeight);
+        host.device().setModel(c.model);
+        renewShow();
+        openWithChat({ "m1" });
+        host.setKeyboardHeight(c.keyboardHeight);
+        host.advance(1);
+        openPicker();
+        const CGRect row = onScreen(*picker()->view());
+        EXPECT_GE(row.y, 0);
+        EXPECT_GE(row.height, 30) << "as high as its buttons";
+        EXPECT_LE(row.maxY(), window->bounds().height - c.keyboardHeight);
+        if (c.isBesideBar) {
+            EXPECT_EQ(row.height, 50);
+            EXPECT_LE(row.maxY(), place("commentInputView").y + 10) << "the arrow reaches into the bar";
+        }
+        pick(1);
+        EXPECT_EQ(show->takeCalls(), Lines { "addReaction heart" });
+        EXPECT_FALSE(picker());
+        host.setKeyboardHeight(0);
+        navigation->popViewController(false);
+        host.advance(1);
+    }
+}
+
 TEST_F(LiveScreenReactionTest, offersWhatTheTableHolds)
 {
     struct Restore {

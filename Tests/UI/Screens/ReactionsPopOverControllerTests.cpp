@@ -101,6 +101,22 @@ TEST_F(ReactionsPopOverTest, keepsAPressWithoutAKeyToItself)
     EXPECT_EQ(screen->presentedViewController(), picker);
 }
 
+// A host's own keyboard may be higher than any of ours. Nothing may be said on the console.
+TEST_F(ReactionsPopOverTest, lastlyScrollsInAHeightThatIsTooLittle)
+{
+    host.setKeyboardHeight(852 - 59 - 20); // below the safe area
+    const auto picker = openPicker();
+    EXPECT_TRUE(isNear(onScreen(*picker->view()), { 88, 59, 295, 20 }));
+    EXPECT_EQ(buttons(*picker)[0]->bounds().size(), (CGSize { 55, 30 }));
+    const auto scroller = find<UIScrollView>(picker->view(), "reactionsScrollView");
+    EXPECT_EQ(scroller->maximumContentOffset(), (CGPoint { 10, 10 }));
+    host.setKeyboardHeight(852);
+    host.advance(1);
+    host.setKeyboardHeight(0);
+    host.advance(1);
+    EXPECT_TRUE(isNear(onScreen(*picker->view()), { 88, 707, 295, 50 }));
+}
+
 TEST_F(ReactionsPopOverTest, ofAnEmptyTableIsEmpty)
 {
     MivoraUI::reactions = MVReactionTable {};

@@ -85,6 +85,8 @@ void ReactionsPopOverController::setUpViewsConstraints()
     reactionsScrollView->setTranslatesAutoresizingMaskIntoConstraints(false);
     reactionsStackView->setTranslatesAutoresizingMaskIntoConstraints(false);
     const auto safe = view()->safeAreaLayoutGuide();
+    const auto rowFillsHeight = reactionsStackView->heightAnchor().equalTo(reactionsScrollView->heightAnchor());
+    rowFillsHeight->setPriority(LayoutPriority::required - 1); // one that is too high for what is there scrolls
     activate({
         reactionsScrollView->topAnchor().equalTo(safe->topAnchor()),
         reactionsScrollView->bottomAnchor().equalTo(safe->bottomAnchor()),
@@ -94,7 +96,7 @@ void ReactionsPopOverController::setUpViewsConstraints()
         reactionsStackView->bottomAnchor().equalTo(reactionsScrollView->bottomAnchor()),
         reactionsStackView->leadingAnchor().equalTo(reactionsScrollView->leadingAnchor(), leadingMargin),
         reactionsStackView->trailingAnchor().equalTo(reactionsScrollView->trailingAnchor(), -trailingMargin),
-        reactionsStackView->heightAnchor().equalTo(reactionsScrollView->heightAnchor()),
+        rowFillsHeight,
     });
 }
 
