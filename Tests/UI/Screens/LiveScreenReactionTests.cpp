@@ -111,8 +111,8 @@ TEST_F(LiveScreenReactionTest, keepsThePickerWholeAboveTheKeyboard)
     };
     host.rotate(UIDeviceOrientation::landscapeLeft);
     for (const Case& c : { Case { HostDevice::phone(), 209, true }, Case { HostDevice::smallPhone(), 188, true },
-             Case { HostDevice::phone(), 290, false }, Case { HostDevice::phone(), 300, false },
-             Case { HostDevice::smallPhone(), 220, false } }) {
+             Case { HostDevice::phone(), 304, false }, Case { HostDevice::phone(), 300, false },
+             Case { HostDevice::smallPhone(), 224, false } }) {
         SCOPED_TRACE(testing::Message() << c.model.name << " " << c.keyboardHeight);
         host.device().setModel(c.model);
         renewShow();
