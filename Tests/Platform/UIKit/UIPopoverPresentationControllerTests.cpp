@@ -204,6 +204,15 @@ TEST_F(UIPopoverTest, comesFastBesideItsSourceAndLeavesThePresenter)
     EXPECT_EQ(window->subviews().size(), 1u);
 }
 
+TEST_F(UIPopoverTest, standsOnWholePixels)
+{
+    source->setFrame({ 100.3, 200.3, 40, 20 });
+    open();
+    const double scale = UIScreen::main().scale();
+    for (const double edge : { place().x, place().y })
+        EXPECT_NEAR(edge * scale, std::round(edge * scale), 1e-6);
+}
+
 TEST_F(UIPopoverTest, aTouchOutsideClosesOnlyItIfTheDelegateAgrees)
 {
     const auto writer = make<Writer>();
