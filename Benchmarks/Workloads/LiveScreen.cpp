@@ -62,7 +62,9 @@ bool measureShow(LiveScreenFigures& figures, int frames, const std::string& pict
     });
     const auto screen = make<mv::MVBroadcastScreenViewController>();
     screen->broadcastId = joinedShow;
-    app.show(make<UINavigationController>(screen));
+    const auto navigation = make<UINavigationController>(screen);
+    navigation->setNavigationBarHidden(true, false); // as in the shop
+    app.show(navigation);
     host.advance(settleSeconds);
     if (!showroom::findOnScreen(host.device(), "chatToggleButton")) {
         std::fprintf(stderr, "K6: the live screen is not there\n");
