@@ -101,7 +101,8 @@ TEST_F(FirstCommentTest, goesFromTheListToTheChatAndAReactionAndBack)
             "ceramic-hour playVideoStream" }));
 
     tap("commentTextField");
-    host.type(question);
+    EXPECT_TRUE(host.tapKeys(question)) << "on the keys that the screen shows";
+    host.advance(1);
     tap("sendCommentButton");
     EXPECT_TRUE(sees(mv::MVLocalized("mvEnterNameToJoinChat")));
     EXPECT_EQ(takeCalls(), Calls {}) << "nobody knows the viewer yet";

@@ -161,9 +161,10 @@ TEST_F(OnScreenKeyboard, movesAsOneWithWhatListens)
     const auto listener
         = NotificationCenter::defaultCenter().addObserver(UIKeyboard::willChangeFrameNotification, [&](const Notification& told) {
               const CGFloat top = told.value<CGRect>(UIKeyboard::frameEndUserInfoKey)->y;
-              UIView::animate(*told.value<double>(UIKeyboard::animationDurationUserInfoKey), [&] {
-                  bar->setFrame({ 0, top - 50, 393, 50 });
-              });
+              EXPECT_NE(UIApplication::shared().windows().back()->frame().y, top) << "told before it moves";
+              const double duration = *told.value<double>(UIKeyboard::animationDurationUserInfoKey);
+              EXPECT_EQ(duration, 0.25);
+              UIView::animate(duration, [&] { bar->setFrame({ 0, top - 50, 393, 50 }); });
           });
     host.advance(0);
     paper->becomeFirstResponder();
