@@ -35,7 +35,7 @@ std::shared_ptr<const Bitmap> copyOf(const Bitmap& frame)
 
 } // namespace
 
-TourGuide::TourGuide(HeadlessHost& newHost, std::string newFolder, bool withFilm, const CannedService* newService)
+TourGuide::TourGuide(HeadlessHost& newHost, std::string newFolder, bool withFilm, CannedService* newService)
     : host(newHost)
     , folder(std::move(newFolder))
     , start(newHost.now())
@@ -46,12 +46,32 @@ TourGuide::TourGuide(HeadlessHost& newHost, std::string newFolder, bool withFilm
         recorder = ScreenRecorder::open(folder + "/tour.mp4", host);
         faultless = recorder != nullptr;
     }
+    if (!service)
+        return;
+    for (const auto& call : service->callLog())
+        logCall(call);
+    service->onCall = [this](const std::string& call) { logCall(call); };
 }
 
+TourGuide::~TourGuide()
+{
+    if (service)
+        service->onCall = nullptr;
+}
+
+// Lets time go on from one frame of the film to the next.
 void TourGuide::wait(double seconds)
 {
-    pass(seconds);
-    logCalls();
+    const double end = host.now() + seconds;
+    while (recorder) {
+        constexpr double rate = ScreenRecorder::framesPerSecond;
+        const double next = start + (std::floor(time() * rate + 1e-6) + 1) / rate;
+        if (next > end + 1e-9)
+            break;
+        host.advance(next - host.now());
+        film();
+    }
+    host.advance(std::max(end - host.now(), 0.0));
 }
 
 bool TourGuide::waitFor(std::string_view nameOrText, double seconds)
@@ -67,7 +87,7 @@ bool TourGuide::waitFor(std::string_view nameOrText, double seconds)
 
 bool TourGuide::tap(std::string_view nameOrText)
 {
-    pass(0); // what the viewer sees is what is hit
+    wait(0); // what the viewer sees is what is hit
     waitFor(nameOrText, patience);
     const auto frame = findOnScreen(host.device(), nameOrText);
     if (!frame) {
@@ -89,7 +109,7 @@ bool TourGuide::type(const std::string& text)
     const auto& keyboard = ScreenKeyboard::shared();
     for (const auto character : Characters(text)) {
         for (bool isTyped = false; !isTyped;) {
-            pass(keyInterval); // in which what the last key has changed is shown
+            wait(keyInterval); // in which what the last key has changed is shown
             const auto step = keyboard.stepTowards(character);
             if (!step) {
                 faultless = false;
@@ -117,7 +137,7 @@ void TourGuide::drag(CGPoint from, CGPoint to, double seconds)
     finger = onScreen(0);
     const int steps = std::max(int(std::lround(seconds / touchInterval)), 1);
     for (int step = 1; step <= steps; ++step) {
-        pass(seconds / steps);
+        wait(seconds / steps);
         finger = onScreen(double(step) / steps);
         host.touchMove(*finger);
     }
@@ -146,7 +166,7 @@ void TourGuide::setDirection(UIUserInterfaceLayoutDirection direction)
 
 void TourGuide::takePicture(const std::string& name)
 {
-    pass(0);
+    wait(0);
     char number[16];
     std::snprintf(number, sizeof number, "%02d-", ++pictures);
     const auto file = number + name + ".png";
@@ -178,7 +198,7 @@ void TourGuide::press(CGPoint point)
 {
     host.touchDown(point);
     finger = point;
-    pass(tapLength);
+    wait(tapLength);
     host.touchUp(point);
     finger.reset();
 }
@@ -191,28 +211,7 @@ void TourGuide::log(const char* event, JSONObject detail)
     events << JSONValue(std::move(line)).print(JSONStyle::compact) << '\n';
 }
 
-void TourGuide::logCalls()
-{
-    if (!service)
-        return;
-    for (const auto& calls = service->callLog(); loggedCalls < calls.size(); ++loggedCalls)
-        log("call", { { "service", calls[loggedCalls] } });
-}
-
-// Lets time go on from one frame of the film to the next.
-void TourGuide::pass(double seconds)
-{
-    const double end = host.now() + seconds;
-    while (recorder) {
-        constexpr double rate = ScreenRecorder::framesPerSecond;
-        const double next = start + (std::floor(time() * rate + 1e-6) + 1) / rate;
-        if (next > end + 1e-9)
-            break;
-        host.advance(next - host.now());
-        film();
-    }
-    host.advance(std::max(end - host.now(), 0.0));
-}
+void TourGuide::logCall(const std::string& call) { log("call", { { "service", call } }); }
 
 void TourGuide::film()
 {

@@ -22,8 +22,11 @@ using namespace platform;
 // events in JSON, one a line, and on request a film. Main thread.
 class TourGuide {
 public:
-    // The folder exists. The service tells in the log what it is asked; null: it does not.
-    TourGuide(HeadlessHost& host, std::string folder, bool withFilm, const CannedService* service);
+    // The folder exists. The service, which outlives this, tells in the log what it is asked; null: it does not.
+    TourGuide(HeadlessHost& host, std::string folder, bool withFilm, CannedService* service);
+    ~TourGuide();
+    TourGuide(const TourGuide&) = delete;
+    TourGuide& operator=(const TourGuide&) = delete;
 
     void wait(double seconds);
     // Waits until something of that name or text can be touched, at most so many seconds.
@@ -48,21 +51,19 @@ public:
 
 private:
     void log(const char* event, JSONObject detail);
-    void logCalls();
+    void logCall(const std::string& call);
     void press(CGPoint point);
     double time() const { return host.now() - start; }
-    void pass(double seconds);
     void film();
 
     HeadlessHost& host;
     const std::string folder;
     const double start; // on the host's clock
-    const CannedService* service;
+    CannedService* service;
     std::ofstream events;
     std::unique_ptr<ScreenRecorder> recorder; // null without a film
     std::optional<CGPoint> finger; // where it touches
     std::vector<std::future<bool>> written; // pictures
-    std::size_t loggedCalls = 0;
     int filmedFrame = -1; // the host's that was filmed last
     std::optional<CGPoint> filmedFinger;
     int pictures = 0;
