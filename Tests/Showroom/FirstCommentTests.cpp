@@ -9,6 +9,7 @@
 #include "Showroom/Service/CannedService.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/ScreenReader.h"
+#include "Tests/Support/ViewSearch.h"
 #include "UI/Utils/MVSystemNotificationHandler.h"
 #include "UI/Utils/MVUtilities.h"
 
@@ -47,24 +48,19 @@ protected:
         host.tap({ place->midX(), place->midY() });
         host.advance(1);
     }
-    void tapKey(const std::string& key) { tap(mv::MVLocalized(key)); }
-    static std::shared_ptr<UIView> find(const std::shared_ptr<UIView>& root, const std::string& name)
+    void tapText(const std::string& key) { tap(mv::MVLocalized(key)); } // of the host's table
+    std::shared_ptr<UIView> part(const std::string& name) const
     {
-        if (root->accessibilityIdentifier() == name)
-            return root;
-        for (const auto& child : root->subviews())
-            if (auto found = find(child, name))
-                return found;
-        return nullptr;
+        return test::findView(UIApplication::shared().keyWindow(), name);
     }
-    std::shared_ptr<UIView> part(const std::string& name) const { return find(UIApplication::shared().keyWindow(), name); }
     std::size_t flying() const { return part("reactionAnimationView")->subviews().size(); }
     // How many lines of the chat say that.
     std::size_t count(const std::string& line) const
     {
         const auto chat = std::dynamic_pointer_cast<UITableView>(part("chatTableView"));
         return std::size_t(std::ranges::count_if(chat->indicesForVisibleRows(), [&](int row) {
-            return std::dynamic_pointer_cast<UITextView>(find(chat->cellForRow(row), "messageTextView"))->text() == line;
+            return std::dynamic_pointer_cast<UITextView>(test::findView(chat->cellForRow(row), "messageTextView"))->text()
+                == line;
         }));
     }
     static std::vector<std::size_t> listeners()
@@ -93,7 +89,7 @@ TEST_F(FirstCommentTest, goesFromTheListToTheChatAndAReactionAndBack)
 {
     const auto listeners = this->listeners();
     takeCalls();
-    tapKey("mvJoinNow");
+    tapText("mvJoinNow");
     host.advance(1);
     EXPECT_EQ(takeCalls(),
         (Calls { "getBroadcast ceramic-hour", "ceramic-hour subscribeEvents", "ceramic-hour startWatching",
@@ -108,7 +104,7 @@ TEST_F(FirstCommentTest, goesFromTheListToTheChatAndAReactionAndBack)
     EXPECT_EQ(takeCalls(), Calls {}) << "nobody knows the viewer yet";
 
     host.type("Wren");
-    tapKey("mvJoin");
+    tapText("mvJoin");
     host.advance(1);
     EXPECT_FALSE(sees(mv::MVLocalized("mvEnterNameToJoinChat")));
     EXPECT_EQ(takeCalls(), (Calls { "createGuestUser Wren", "ceramic-hour sendMessage " + question }));

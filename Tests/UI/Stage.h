@@ -5,6 +5,7 @@
 #include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Service/MVPlatform.h"
+#include "Tests/Support/ViewSearch.h"
 
 #include <gtest/gtest.h>
 
@@ -44,12 +45,7 @@ protected:
     // The first view of that name in the tree, depth first; null for none.
     static std::shared_ptr<UIView> find(const std::shared_ptr<UIView>& root, const std::string& name)
     {
-        if (root->accessibilityIdentifier() == name)
-            return root;
-        for (const auto& child : root->subviews())
-            if (auto found = find(child, name))
-                return found;
-        return nullptr;
+        return test::findView(root, name);
     }
     template <typename View> static std::shared_ptr<View> find(const std::shared_ptr<UIView>& root, const std::string& name)
     {
