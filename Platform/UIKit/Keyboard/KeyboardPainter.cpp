@@ -27,8 +27,9 @@ constexpr CGFloat arabicLetter = 0.85; // of the Latin letter's size: eleven key
 constexpr CGFloat balloonSide = 12; // that a balloon's head is wider than its key on each side
 constexpr CGFloat balloonRadius = 10;
 constexpr CGFloat balloonLetter = 1.5; // of the key's letter
-constexpr CGFloat balloonHead = 1; // of the cap's height
 constexpr CGFloat balloonLift = 8; // between head and key, where its sides slope
+constexpr CGFloat balloonMargin = 2; // between a head and the keyboard's edges: what lies beyond is the application's
+constexpr CGFloat balloonFill = 0.95; // of the height that a head and the slope below it have, for a letter's font
 
 constexpr CGColor grey(int white, double alpha = 1) { return { white / 255.0, white / 255.0, white / 255.0, alpha }; }
 constexpr CGColor rgb(unsigned hex) { return { (hex >> 16) / 255.0, (hex >> 8 & 255) / 255.0, (hex & 255) / 255.0, 1 }; }
@@ -233,19 +234,20 @@ void KeyboardPainter::drawText(
 KeyboardPainter::Press KeyboardPainter::balloon(const KeyboardKey& key) const
 {
     const CGRect& cap = key.cap;
-    const CGFloat width = cap.width + 2 * balloonSide, height = cap.height * balloonHead;
-    const CGFloat x = std::clamp(cap.midX() - width / 2, 1.0, std::max(metrics.size.width - width - 1, 1.0));
-    const CGRect head { std::min(x, cap.x), cap.y - height - balloonLift, width, height };
+    const CGFloat width = cap.width + 2 * balloonSide, end = metrics.size.width - balloonMargin;
+    const CGFloat x = std::max(std::min(cap.midX() - width / 2, end - width), balloonMargin);
+    const CGFloat shoulder = cap.y - balloonLift, headTop = std::max(shoulder - cap.height, balloonMargin);
+    const CGRect head { std::min(x, cap.x), headTop, width, shoulder - headTop };
     const CGRect around = head.unionWith(cap);
     const CGFloat left = std::floor(around.x), top = std::floor(around.y);
     const CGRect frame { left, top, std::ceil(around.maxX()) - left, std::ceil(around.maxY()) - top };
     const auto outline = balloonPath(head, cap);
     auto shadow = std::make_shared<CGPath>();
     shadow->addPath(outline, CGAffineTransform::translation(-frame.x, -frame.y));
+    const CGFloat letter = std::min(letterSize(key) * balloonLetter, (head.height + balloonLift) * balloonFill);
     const auto draw = [&](CGContext& context) {
         context.fill(outline, colors.balloon);
-        drawText(context, shownCharacter(key), letterSize(key) * balloonLetter, { head.midX(), head.midY() + balloonLift / 2 },
-            colors.ink);
+        drawText(context, shownCharacter(key), letter, { head.midX(), head.midY() + balloonLift / 2 }, colors.ink);
     };
     return { picture(frame, false, draw), frame, shadow };
 }

@@ -75,7 +75,7 @@ private:
     std::shared_ptr<CALayer> body = make<CALayer>(); // cut to round corners when the panel floats
     std::shared_ptr<CALayer> stripLayer = make<CALayer>();
     std::shared_ptr<CALayer> rowsLayer = make<CALayer>();
-    std::shared_ptr<CALayer> pressLayer = make<CALayer>(); // above the edges, which a balloon reaches over
+    std::shared_ptr<CALayer> pressLayer = make<CALayer>(); // over both, since a balloon lies on both
 };
 
 } // namespace platform

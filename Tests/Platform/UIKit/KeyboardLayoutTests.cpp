@@ -1,6 +1,7 @@
 #include "Platform/UIKit/Keyboard/KeyboardLayout.h"
 
 #include "Platform/Foundation/Text.h"
+#include "Platform/UIKit/Keyboard/KeyboardPainter.h"
 #include "Platform/UIKit/Keyboard/KeyboardTyping.h"
 #include "Tests/Platform/UIKit/ScreenTest.h"
 
@@ -120,6 +121,28 @@ TEST(KeyboardLayout, hasTheWholeAlphabets)
                 there.insert(key.text);
         for (const auto character : Characters(letters))
             EXPECT_TRUE(there.contains(std::string(character))) << character << " on a " << device.name;
+    }
+}
+
+TEST(KeyboardPainter, raisesPressedLettersAboveTheFingerAndNeverOverTheApplication)
+{
+    for (const auto& device : devices) {
+        const auto metrics = metricsOf(device);
+        const CGRect keyboard { 0, 0, metrics.size.width, metrics.size.height };
+        const KeyboardPainter painter(metrics, false, 1);
+        for (const auto& key : keyboardKeys(metrics, {}, false, 1)) {
+            SCOPED_TRACE(key.text + " on a " + device.name);
+            const auto press = painter.press(key);
+            EXPECT_TRUE(keyboard.contains(press.frame)) << press.frame.x << ", " << press.frame.y;
+            const bool rises = key.role == KeyboardRole::character && metrics.form != KeyboardForm::tablet;
+            EXPECT_EQ(bool(press.shadow), rises);
+            if (!rises)
+                continue;
+            EXPECT_GE(key.cap.y - press.frame.y, metrics.strip * 0.9) << "a balloon of a useful height";
+            EXPECT_LE(press.frame.x, key.cap.x);
+            EXPECT_GE(press.frame.maxX(), key.cap.maxX());
+            EXPECT_GE(press.frame.width, key.cap.width + 20);
+        }
     }
 }
 
