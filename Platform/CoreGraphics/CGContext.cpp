@@ -351,13 +351,19 @@ void CGContext::fillLinearGradient(
     restore();
 }
 
+// A picture's whole pixels, divided by its points, may give two scales that differ in their last digits.
+static bool isUprightEnlargement(const CGAffineTransform& m)
+{
+    return m.isUpright() && m.a > 0 && std::abs(m.a - m.d) <= 1e-9 * m.a;
+}
+
 void CGContext::drawText(const TextLayout& text, CGPoint origin)
 {
     auto& state = impl->state();
     if (state.clip.isEmpty() || state.alpha <= 0)
         return;
     const auto m = transform();
-    if (m.isUpright() && m.a > 0 && m.a == m.d) {
+    if (isUprightEnlargement(m)) {
         const TextPlacement place { m.apply(origin), m.a, state.alpha };
         if (state.clipIsRect && impl->isColored()) {
             cairo_surface_flush(impl->surface.get());
