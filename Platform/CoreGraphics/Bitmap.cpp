@@ -172,6 +172,20 @@ std::shared_ptr<Bitmap> Bitmap::make(int width, int height, PixelFormat format, 
     return bitmap;
 }
 
+void Bitmap::noteExtents()
+{
+    extents.assign(std::size_t(height_), {});
+    for (int y = 0; y < height_; ++y) {
+        const std::uint32_t* pixels = row(y);
+        int first = 0, end = width_;
+        while (end > 0 && pixels[end - 1] == 0)
+            --end;
+        while (first < end && pixels[first] == 0)
+            ++first;
+        extents[std::size_t(y)] = { first, end };
+    }
+}
+
 Bitmap::~Bitmap() { giveBlock(data_, capacity); }
 
 std::size_t PixelPool::bytesInUse()

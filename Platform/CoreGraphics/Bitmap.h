@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace platform {
 
@@ -11,6 +12,11 @@ enum class PixelFormat : unsigned char {
     argb, // one native-endian 32-bit word 0xAARRGGBB a pixel, premultiplied
     xrgb, // the same without alpha: opaque
     alpha, // one byte of coverage a pixel
+};
+
+// Columns of a row, the end exclusive.
+struct RowExtent {
+    int first = 0, end = 0;
 };
 
 // Pixels in memory that came from the pool and go back to it. Its rows begin 64-byte aligned. Any thread, one at a time.
@@ -38,6 +44,12 @@ public:
     const std::uint8_t* alphaRow(int y) const { return data_ + std::size_t(y) * std::size_t(stride_); }
     std::uint8_t* alphaRow(int y) { return data_ + std::size_t(y) * std::size_t(stride_); }
 
+    // Notes which part of each row is not clear, so that whoever draws it can leave out the rest, which is half of most texts.
+    // For argb pixels that do not change any more.
+    void noteExtents();
+    // That part of a row; all of it when it was not noted.
+    RowExtent extent(int y) const { return extents.empty() ? RowExtent { 0, width_ } : extents[std::size_t(y)]; }
+
 private:
     Bitmap() = default;
     int width_ = 0;
@@ -46,6 +58,7 @@ private:
     PixelFormat format_ = PixelFormat::argb;
     std::uint8_t* data_ = nullptr;
     std::size_t capacity = 0;
+    std::vector<RowExtent> extents;
 };
 
 // The one home of pixel memory: a released block is kept for the next request of its size class, because the first touch of fresh

@@ -40,15 +40,26 @@ public:
 
     SourceRow row(int x, int y, int count, Pixel* room, std::uint8_t*) override
     {
-        const Pixel* line = bitmap->row(mirrorY ? bitmap->height() - 1 - (y - y0) : y - y0);
+        const Pixel* line = bitmap->row(rowAt(y));
         const bool opaque = bitmap->format() == PixelFormat::xrgb;
         if (!mirrorX)
             return { line + (x - x0), 0, nullptr, opaque };
         rows::copyReversed(room, line + bitmap->width() - (x - x0) - count, count);
         return { room, 0, nullptr, opaque };
     }
+    void narrow(int y, int& x, int& count) const override
+    {
+        RowExtent inked = bitmap->extent(rowAt(y));
+        if (mirrorX)
+            inked = { bitmap->width() - inked.end, bitmap->width() - inked.first };
+        const int from = std::clamp(x0 + inked.first, x, x + count), until = std::clamp(x0 + inked.end, from, x + count);
+        x = from;
+        count = until - from;
+    }
 
 private:
+    int rowAt(int y) const { return mirrorY ? bitmap->height() - 1 - (y - y0) : y - y0; }
+
     std::shared_ptr<const Bitmap> bitmap;
     int x0, y0;
     bool mirrorX, mirrorY;
@@ -179,6 +190,7 @@ public:
         rows::alphaOf(coverageRoom, inner.pixels, count);
         return { nullptr, color, coverageRoom, false };
     }
+    void narrow(int y, int& x, int& count) const override { picture->narrow(y, x, count); }
 
 private:
     std::unique_ptr<PixelSource> picture;

@@ -243,23 +243,30 @@ void ListPainter::drawPiece(
         }
         if (coverage.isNothing())
             continue;
+        RowCoverage here = coverage;
+        const int covered = x;
+        source.narrow(y, x, count);
+        if (count == 0)
+            continue;
+        if (here.values)
+            here.values += x - covered;
         rows::Pixel* to = surface.at(x, y);
-        const bool replaces = source.fillsRoom() && !coverage.values && coverage.constant == 255;
+        const bool replaces = source.fillsRoom() && !here.values && here.constant == 255;
         const SourceRow row = source.row(x, y, count, replaces ? to : pixelRoom.data(), sourceCoverage.data());
         if (replaces)
             continue;
         if (row.coverage) {
-            coverage.multiply(row.coverage, count);
-            isKept = false;
+            here.multiply(row.coverage, count);
+            isKept = false; // its room was needed
         }
-        if (!row.pixels && !coverage.values)
-            rows::overColor(to, row.color, count, coverage.constant);
+        if (!row.pixels && !here.values)
+            rows::overColor(to, row.color, count, here.constant);
         else if (!row.pixels)
-            rows::overColor(to, row.color, coverage.values, count);
-        else if (!coverage.values)
-            rows::over(to, row.pixels, count, coverage.constant, row.isOpaque);
+            rows::overColor(to, row.color, here.values, count);
+        else if (!here.values)
+            rows::over(to, row.pixels, count, here.constant, row.isOpaque);
         else
-            rows::over(to, row.pixels, coverage.values, count, row.isOpaque);
+            rows::over(to, row.pixels, here.values, count, row.isOpaque);
     }
 }
 

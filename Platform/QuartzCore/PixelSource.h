@@ -21,6 +21,8 @@ public:
     virtual ~PixelSource() = default;
     // `room` has space for a row of pixels and `coverageRoom` for one of coverage; what is returned may lie there.
     virtual SourceRow row(int x, int y, int count, rows::Pixel* room, std::uint8_t* coverageRoom) = 0;
+    // Cuts off ends of a row that are clear; the count may become 0.
+    virtual void narrow(int /*y*/, int& /*x*/, int& /*count*/) const { }
     // Whether what is returned always lies in `room`, with an alpha of 255: then the place where it is shown can be the room.
     virtual bool fillsRoom() const { return false; }
 };

@@ -61,6 +61,7 @@ std::shared_ptr<const CGImage> imageOf(const std::shared_ptr<const TextLayout>& 
             return nullptr;
         CGContext context(*pixels, CGAffineTransform::scale(width / rect.width, height / rect.height));
         context.drawText(*layout, { -rect.x, -rect.y });
+        pixels->noteExtents();
         return pixels;
     });
 }

@@ -183,6 +183,42 @@ TEST(CompositorDrawing, picturesAtTheirSizeKeepEveryPixel)
     EXPECT_EQ(plain.at(29, 10), 0u);
 }
 
+TEST(CompositorDrawing, whatIsClearAtTheEndsOfRowsMayBeLeftOut)
+{
+    constexpr int width = 40, height = 12;
+    const auto pixel = [](int x, int y) {
+        const bool isInk = y % 3 != 0 && x >= 2 * y && x < width - y;
+        return isInk ? std::uint32_t(x * 5) << 24 | std::uint32_t(x) << 16 | std::uint32_t(2 * y) : 0u;
+    };
+    const auto noted = Bitmap::make(width, height, PixelFormat::argb);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            noted->row(y)[x] = pixel(x, y);
+    noted->noteExtents();
+    EXPECT_EQ(noted->extent(0).first, noted->extent(0).end);
+    EXPECT_EQ(noted->extent(4).first, 8);
+    EXPECT_EQ(noted->extent(4).end, 36);
+    const auto plain = pictureOf(width, height, PixelFormat::argb, pixel), lean = CGImage::fromBitmap(noted);
+    struct Case {
+        const char* why;
+        CGAffineTransform place;
+        double opacity = 1, radius = 0;
+        std::optional<CGColor> tint = {};
+    };
+    for (const Case& c : { Case { "as it is", { 1, 0, 0, 1, 5, 5 } }, { "mirrored", { -1, 0, 0, 1, 45, 5 } },
+             { "upside down", { 1, 0, 0, -1, 5, 17 } }, { "translucent", { 1, 0, 0, 1, 5, 5 }, 0.5 },
+             { "round", { 1, 0, 0, 1, 5, 5 }, 1, 6 }, { "tinted and round", { -1, 0, 0, 1, 45, 5 }, 0.7, 6, green } }) {
+        SCOPED_TRACE(c.why);
+        const auto frameOf = [&](const std::shared_ptr<const CGImage>& picture) {
+            auto item = transformed(itemOf(1, { 0, 0, width, height }, RenderImage { picture, c.tint }), c.place);
+            item.opacity = c.opacity;
+            item.cornerRadius = c.radius;
+            return Composed(50, 22, listOf({ boxItem(2, { 0, 0, 50, 22 }, { 0.2, 0.5, 0.7, 1 }), item }));
+        };
+        EXPECT_EQ(difference(*frameOf(lean).compositor.frame(), *frameOf(plain).compositor.frame()), 0);
+    }
+}
+
 TEST(CompositorDrawing, aRampStaysARampAtAnySize)
 {
     // Linear in x and y, so that bilinear sampling has one right answer.
