@@ -191,7 +191,7 @@ std::unique_ptr<PixelSource> gradientSource(const RenderItem& item, const Render
 std::shared_ptr<const Bitmap> gradientFade(const RenderItem& item, const RenderGradient& gradient, PixelCache& cache)
 {
     const auto upright = UprightRect::make(item.transform, item.rect, 0, 0);
-    if (!upright || !upright->isWhole() || item.cornerRadius > 0 || gradient.colors.empty() || gradient.locations.empty())
+    if (!upright || gradient.colors.empty() || gradient.locations.empty())
         return nullptr;
     const Axis axis(item, gradient);
     if (axis.perX != 0 && axis.perY != 0)

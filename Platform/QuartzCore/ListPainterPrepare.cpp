@@ -169,6 +169,8 @@ void ListPainter::prepareGroup(Prepared& prepared, std::size_t index, const Leve
         auto fade = gradient && fading.opacity >= 1 && fading.clip < 0 ? gradientFade(fading, *gradient, cache) : nullptr;
         if (fade) {
             prepared.clips.push_back(Coverage::fade(std::move(fade), fading.bounds));
+            prepared.clips.push_back(
+                Coverage::roundedRect(fading.transform, fading.rect, fading.cornerRadius, fading.corners, cache));
             prepared.hasPictureMask = false;
         }
     }

@@ -37,7 +37,8 @@ std::unique_ptr<PixelSource> scaledSource(std::shared_ptr<const Bitmap> bitmap, 
 std::unique_ptr<PixelSource> imageSource(
     const RenderItem& item, const RenderImage& image, const CGAffineTransform& toPixels, PixelCache& cache);
 std::unique_ptr<PixelSource> gradientSource(const RenderItem& item, const RenderGradient& gradient, PixelCache& cache);
-// A gradient's alpha where it is the same along every row, or every column, of whole pixels; null otherwise.
+// A gradient's alpha where it is the same along every row, or every column; null otherwise. Its edges may lie inside of pixels
+// and its corners be round, which is left to their coverage.
 std::shared_ptr<const Bitmap> gradientFade(const RenderItem& item, const RenderGradient& gradient, PixelCache& cache);
 
 } // namespace platform

@@ -116,12 +116,16 @@ TEST(CompositorGroup, aFadeEqualsTheMaskItStandsFor)
     struct Case {
         const char* why;
         CGPoint start, end;
+        CGRect rect { 0, 10, 60, 60 };
+        double radius = 0;
     };
-    for (const Case& c :
-        { Case { "down", { 0.5, 0 }, { 0.5, 1 } }, { "up", { 0.5, 1 }, { 0.5, 0 } }, { "along", { 0, 0 }, { 1, 0 } } }) {
+    for (const Case& c : { Case { "down", { 0.5, 0 }, { 0.5, 1 } }, { "up", { 0.5, 1 }, { 0.5, 0 } },
+             { "along", { 0, 0 }, { 1, 0 } }, { "edges inside of pixels", { 0.5, 0 }, { 0.5, 1 }, { 2.3, 10.6, 50.2, 58.1 } },
+             { "round", { 0, 0 }, { 1, 0 }, { 0, 10, 60, 60 }, 12 } }) {
         SCOPED_TRACE(c.why);
-        const auto fade = itemOf(2, { 0, 10, 60, 60 },
-            RenderGradient { { { 0, 0, 0, 0 }, { 0, 0, 0, 1 }, { 0, 0, 0, 1 } }, { 0, 0.5, 1 }, c.start, c.end });
+        auto fade = itemOf(
+            2, c.rect, RenderGradient { { { 0, 0, 0, 0.2 }, { 0, 0, 0, 1 }, { 0, 0, 0, 1 } }, { 0, 0.5, 1 }, c.start, c.end });
+        fade.cornerRadius = c.radius;
         const auto frameOf = [&](std::vector<RenderItem> mask) {
             const std::vector<RenderItem> content { boxItem(4, { 0, 0, 60, 80 }, { 0.3, 0.6, 0.9, 0.7 }),
                 itemOf(1, { 0, 0, 60, 80 }, RenderImage { picture, {} }) };
