@@ -66,12 +66,49 @@ INLINE void scaleEach(Pixels& pixels, const Pixels& factors)
     const Pixels both = factors | factors << 16;
     scale(pixels, reinterpret_cast<Halves>(both));
 }
+// The same by bytes in memory, one a pixel.
+INLINE void scaleEach(Pixels& pixels, const std::uint8_t* factors)
+{
+    std::uint64_t all;
+    std::memcpy(&all, factors, sizeof all);
+    using Bytes = std::uint8_t __attribute__((vector_size(4 * wide)));
+    using Words = std::uint64_t __attribute__((vector_size(4 * wide)));
+    // Each byte four times; every second of them is a factor's.
+    const auto spread = __builtin_shufflevector(reinterpret_cast<Bytes>(Words {} + all), Bytes {}, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2,
+        2, 2, 3, 3, 3, 3, 20, 20, 20, 20, 21, 21, 21, 21, 22, 22, 22, 22, 23, 23, 23, 23);
+    scale(pixels, reinterpret_cast<Halves>(spread) & 255);
+}
 INLINE void putOver(Pixel* to, const Pixels& from)
 {
     Pixels below;
     load(below, to);
     scaleEach(below, 255 - (from >> 24));
     store(to, from + below);
+}
+
+using Steps = std::int32_t __attribute__((vector_size(4 * wide)));
+constexpr Steps firstSteps { 0, 1, 2, 3, 4, 5, 6, 7 };
+
+// What lies at these places from the pointer on, which are below `wide`.
+INLINE void pick(Pixels& to, const Pixel* from, const Steps& places)
+{
+    load(to, from);
+#if defined(__clang__) // has no shuffle by variable places
+    const Pixels all = to;
+    for (int i = 0; i < wide; ++i)
+        to[i] = all[places[i]];
+#else
+    to = __builtin_shuffle(to, places);
+#endif
+}
+
+// Each pixel's weight, 0 to 255 of 256, is that of b; it stands in both of its halves.
+INLINE void mix(Pixels& a, const Pixels& b, const Halves& weights)
+{
+    const Halves rest = 256 - weights;
+    const Halves rb = reinterpret_cast<Halves>(a & evenBytes) * rest + reinterpret_cast<Halves>(b & evenBytes) * weights;
+    const Halves ag = (reinterpret_cast<Halves>(a) >> 8) * rest + (reinterpret_cast<Halves>(b) >> 8) * weights;
+    a = reinterpret_cast<Pixels>((rb + 128) >> 8) | (reinterpret_cast<Pixels>(ag + 128) & ~evenBytes);
 }
 
 // How many of `count` steps from `first` stay within 0 and `limit`, exclusive; `skipped` steps before that are outside.
@@ -133,7 +170,14 @@ MIVORA_CLONES void over(
     Pixel* __restrict to, const Pixel* __restrict from, const std::uint8_t* __restrict coverage, int count, bool fromIsOpaque)
 {
     const Pixel bits = fromIsOpaque ? opaqueAlpha : 0;
-    for (int i = 0; i < count; ++i)
+    int i = 0;
+    for (Pixels p; i + wide <= count; i += wide) {
+        load(p, from + i);
+        p |= bits;
+        scaleEach(p, coverage + i);
+        putOver(to + i, p);
+    }
+    for (; i < count; ++i)
         to[i] = overPixel(to[i], scaled(from[i] | bits, coverage[i]));
 }
 
@@ -158,7 +202,13 @@ MIVORA_CLONES void overColor(Pixel* to, Pixel color, int count, unsigned coverag
 
 MIVORA_CLONES void overColor(Pixel* __restrict to, Pixel color, const std::uint8_t* __restrict coverage, int count)
 {
-    for (int i = 0; i < count; ++i)
+    int i = 0;
+    for (Pixels p; i + wide <= count; i += wide) {
+        p = Pixels {} + color;
+        scaleEach(p, coverage + i);
+        putOver(to + i, p);
+    }
+    for (; i < count; ++i)
         to[i] = overPixel(to[i], scaled(color, coverage[i]));
 }
 
@@ -195,14 +245,13 @@ MIVORA_CLONES void alphaOf(std::uint8_t* __restrict to, const Pixel* __restrict 
 
 MIVORA_CLONES void mixRows(Pixel* __restrict to, const Pixel* __restrict a, const Pixel* __restrict b, int count, unsigned weight)
 {
-    const auto weightA = std::uint16_t(256 - weight), weightB = std::uint16_t(weight);
+    const Halves weights = Halves {} + std::uint16_t(weight);
     int i = 0;
     for (Pixels p, q; i + wide <= count; i += wide) {
         load(p, a + i);
         load(q, b + i);
-        const Halves rb = reinterpret_cast<Halves>(p & evenBytes) * weightA + reinterpret_cast<Halves>(q & evenBytes) * weightB;
-        const Halves ag = (reinterpret_cast<Halves>(p) >> 8) * weightA + (reinterpret_cast<Halves>(q) >> 8) * weightB;
-        store(to + i, reinterpret_cast<Pixels>((rb + 128) >> 8) | (reinterpret_cast<Pixels>(ag + 128) & ~evenBytes));
+        mix(p, q, weights);
+        store(to + i, p);
     }
     for (; i < count; ++i)
         to[i] = mixed(a[i], b[i], weight);
@@ -217,11 +266,26 @@ MIVORA_CLONES void sampleRow(
         to[i] = row[x + i * step < 0 ? 0 : last];
     const auto start = std::int32_t(x + run.skipped * step), stride = std::int32_t(step);
     Pixel* __restrict out = to + run.skipped;
-    for (int i = 0; i < run.inside; ++i) {
+    int i = 0;
+    // Growing, so many results lie between no more pixels than that, and one beyond.
+    for (; stride > 0 && stride <= 65536 && i + wide <= run.inside; i += wide) {
+        const std::int32_t first = (start + i * stride) >> 16;
+        if (first + wide > last)
+            break;
+        const Steps at = (start + i * stride - (first << 16)) + firstSteps * stride;
+        const Steps places = at >> 16, weights = (at >> 8) & 255;
+        const Steps both = weights | weights << 16;
+        Pixels left, right;
+        pick(left, row + first, places);
+        pick(right, row + first + 1, places);
+        mix(left, right, reinterpret_cast<Halves>(both));
+        store(out + i, left);
+    }
+    for (; i < run.inside; ++i) {
         const std::int32_t at = start + i * stride;
         out[i] = mixed(row[at >> 16], row[(at >> 16) + 1], std::uint32_t(at >> 8) & 255);
     }
-    for (int i = run.skipped + run.inside; i < count; ++i)
+    for (i = run.skipped + run.inside; i < count; ++i)
         to[i] = row[x + i * step < 0 ? 0 : last];
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <random>
 #include <vector>
@@ -111,6 +112,29 @@ TEST_F(PixelKernels, fadeAndMixExactly)
                     return (at(below[index], shift) * (256 - weight) + at(above[index], shift) * weight + 128) >> 8;
                 });
             });
+    }
+}
+
+TEST_F(PixelKernels, sampleExactly)
+{
+    constexpr std::int64_t last = longest - 1, end = last << 16;
+    for (const std::int64_t step : { 1, 30'000, 65'535, 65'536, 65'537, 140'000, -40'000, 0 }) {
+        for (const std::int64_t start : { -70'000, 0, 12'345, 1'200'000, 3'000'000 }) {
+            for (int count = 0; count <= 2 * longest; ++count) {
+                std::vector<Pixel> row(std::size_t(count) + 1, 77);
+                rows::sampleRow(row.data(), above.data(), int(last), start, step, count);
+                for (int i = 0; i < count; ++i) {
+                    const std::int64_t place = std::clamp<std::int64_t>(start + i * step, 0, end);
+                    const auto left = std::size_t(place >> 16), right = std::min(left + 1, std::size_t(last));
+                    const unsigned weight = unsigned(place >> 8) & 255;
+                    const Pixel wanted = eachChannel([&](int shift) {
+                        return (at(above[left], shift) * (256 - weight) + at(above[right], shift) * weight + 128) >> 8;
+                    });
+                    ASSERT_EQ(row[std::size_t(i)], wanted) << i << " of " << count << ", " << step << " from " << start;
+                }
+                ASSERT_EQ(row.back(), 77u);
+            }
+        }
     }
 }
 
