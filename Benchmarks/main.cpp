@@ -63,6 +63,14 @@ void runChatFlood(const Options& options)
     const double copy = bench::frameCopyMilliseconds();
     const int frames = options.frames > 0 ? options.frames : 300;
     printFrames(options, "W2", "chat", bench::measureChatFlood(frames, options.assets, options.picture), copy);
+    const auto figures = bench::measureChatOverVideo(frames, options.assets);
+    const double chat = figures.all.cpuPerFrame - figures.video;
+    std::printf(options.json
+            ? "{\"workload\":\"W2\",\"over\":\"video\",\"frames\":%d,\"chat_cpu_ms\":%.3f,\"video_cpu_ms\":%.3f,"
+              "\"peak_pss_mib\":%.1f,\"memcpy_frame_ms\":%.3f,\"frame_copies\":%.2f}\n"
+            : "W2 over video (%d frames): chat %.3f ms CPU a frame besides the video's own %.3f; %.1f MiB; a copy is %.3f "
+              "ms, the chat %.2f\n",
+        frames, chat, figures.video, figures.all.memory, copy, chat / copy);
 }
 
 void runIdle(const Options& options)

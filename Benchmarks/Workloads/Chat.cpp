@@ -1,6 +1,7 @@
 #include "Benchmarks/Workloads/Chat.h"
 
 #include "Benchmarks/Workloads/ChatScreen.h"
+#include "Benchmarks/Workloads/PlayingVideo.h"
 #include "Platform/Foundation/Clock.h"
 #include "Platform/Foundation/MainQueue.h"
 #include "Platform/Host/FrameDriver.h"
@@ -70,6 +71,27 @@ FrameFigures measureChatFlood(int frames, const std::string& assets, const std::
     });
     if (!picture.empty())
         host.writePicture(picture);
+    return figures;
+}
+
+ChatOverVideoFigures measureChatOverVideo(int frames, const std::string& assets)
+{
+    constexpr int warmUp = 10; // frames
+    constexpr double frame = PlayingVideo::secondsAFrame;
+    HeadlessHost host;
+    registerWorkloadFonts();
+    const auto window = make<UIWindow>();
+    window->makeKeyAndVisible();
+    const PlayingVideo video(window.get());
+    ChatOverVideoFigures figures;
+    figures.video = measureFrames(frames, warmUp, [&](int) { host.advance(frame); }).cpuPerFrame;
+    const auto chat = make<ChatView>(chatFrame, assets, heldMessages);
+    window->addSubview(chat);
+    figures.all = measureFrames(frames, warmUp, [&](int) {
+        // After the screen's frame between two of the video's, so that one frame shows both.
+        MainQueue::shared().asyncAfter(0.6 * frame, [&chat] { chat->addMessage(); });
+        host.advance(frame);
+    });
     return figures;
 }
 

@@ -11,6 +11,13 @@ namespace bench {
 // backdrop.jpg and chat.json, or empty; `picture` names a PNG of the last frame, or is empty.
 FrameFigures measureChatFlood(int frames, const std::string& assets, const std::string& picture);
 
+// The same over the shop's video, a message a frame of it.
+struct ChatOverVideoFigures {
+    double video = 0; // milliseconds of CPU a frame: decoded, converted and shown, before there is a chat
+    FrameFigures all;
+};
+ChatOverVideoFigures measureChatOverVideo(int frames, const std::string& assets);
+
 // W6: W2's screen at rest.
 struct IdleFigures {
     double cpu = 0; // milliseconds in the seconds measured

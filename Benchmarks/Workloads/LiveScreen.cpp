@@ -2,6 +2,7 @@
 
 #include "Benchmarks/Workloads/VideoFrames.h"
 #include "Platform/Foundation/Folders.h"
+#include "Platform/Foundation/MainQueue.h"
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UINavigationController.h"
 #include "Showroom/Service/CannedService.h"
@@ -76,8 +77,11 @@ bool measureShow(LiveScreenFigures& figures, int frames, const std::string& pict
             if (frame == warmUp)
                 drawnBefore = host.frameCount();
             if (isBusy) {
-                tellMessage(*app.service(), frame);
-                tellReaction(*app.service(), frame);
+                // Between two of the screen's frames, as from a network, so that the next one shows it.
+                MainQueue::shared().asyncAfter(secondsAFrame / 4, [&app, frame] {
+                    tellMessage(*app.service(), frame);
+                    tellReaction(*app.service(), frame);
+                });
             }
             host.advance(secondsAFrame);
         });

@@ -1,11 +1,9 @@
 #include "Benchmarks/Workloads/VideoFrames.h"
 
 #include "Benchmarks/Measure.h"
-#include "Platform/AVFoundation/AVPlayer.h"
-#include "Platform/AVFoundation/AVPlayerLayer.h"
+#include "Benchmarks/Workloads/PlayingVideo.h"
 #include "Platform/AVFoundation/VideoRows.h"
 #include "Platform/CoreGraphics/Bitmap.h"
-#include "Platform/Foundation/Folders.h"
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UIWindow.h"
 
@@ -18,33 +16,14 @@ using namespace platform;
 
 namespace {
 
-constexpr double secondsAFrame = 1.0 / 30;
-
 // Plays so many frames, a screen frame each, in a layer over the whole screen or in none.
 double costOfPlaying(int frames, bool isShown)
 {
     HeadlessHost host;
-    auto window = make<UIWindow>();
+    const auto window = make<UIWindow>();
     window->makeKeyAndVisible();
-    const auto player
-        = make<AVPlayer>(make<AVPlayerItem>(URL::fileURL(Folders::executable() + "/Showroom.bundle/Videos/host.mp4")));
-    auto layer = make<AVPlayerLayer>();
-    if (isShown) {
-        const CGSize size = host.device().size();
-        layer->setVideoGravity(AVLayerVideoGravity::resizeAspectFill);
-        layer->setFrame({ 0, 0, size.width, size.height });
-        window->layer()->addSublayer(layer);
-        layer->setPlayer(player);
-    }
-    player->play();
-    host.advance(10 * secondsAFrame);
-    const double before = cpuMilliseconds();
-    for (int frame = 0; frame < frames; ++frame)
-        host.advance(secondsAFrame);
-    const double each = (cpuMilliseconds() - before) / frames;
-    layer->setPlayer(nullptr);
-    layer->removeFromSuperlayer();
-    return each;
+    const PlayingVideo video(isShown ? window.get() : nullptr);
+    return measureFrames(frames, 10, [&](int) { host.advance(PlayingVideo::secondsAFrame); }).cpuPerFrame;
 }
 
 double costOfConverting(int frames)
