@@ -14,7 +14,6 @@ struct Model {
     {
         for (std::size_t i = 0; i < variableCount; ++i)
             variables.push_back(solver.addVariable());
-        solver.onConflict = [this](const LayoutConflict& conflict) { reported.push_back(conflict); };
     }
 
     void add(const ExactConstraint& constraint)
@@ -81,7 +80,6 @@ struct Model {
     std::vector<LayoutVariableId> variables;
     std::vector<LayoutConstraintId> ids;
     std::vector<ExactConstraint> constraints;
-    std::vector<LayoutConflict> reported;
 };
 
 int unreliable = 0; // systems that outgrew the exact solver

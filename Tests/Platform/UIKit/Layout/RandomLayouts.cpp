@@ -27,7 +27,7 @@ float RandomLayouts::makePriority()
 {
     if (chance(shape == LayoutShape::conflicts ? 0.7 : shape == LayoutShape::corners ? 0.2 : 0.4))
         return platform::requiredLayoutPriority;
-    constexpr float priorities[] = { 999, 750, 250, 249.5F };
+    constexpr float priorities[] = { 999, 750, 249.75F, 249.5F };
     return priorities[below(4)];
 }
 
