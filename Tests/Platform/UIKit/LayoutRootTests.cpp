@@ -1,7 +1,5 @@
 #include "ScreenTest.h"
 
-#include "Platform/UIKit/UILabel.h"
-
 #include <random>
 
 namespace platform {
@@ -105,33 +103,6 @@ TEST_F(LayoutRootTest, letsHeightFeedWidthOnce)
     const double settled = text->frame().height;
     makeFrame();
     EXPECT_EQ(text->frame().height, settled) << "the next frame does not start the circle again";
-}
-
-TEST_F(LayoutRootTest, pushesDownWhatLiesBelowALabelThatBreaks)
-{
-    const auto label = make<UILabel>();
-    label->setTranslatesAutoresizingMaskIntoConstraints(false);
-    label->setNumberOfLines(2);
-    window->addSubview(label);
-    const auto below = addConstrained("below");
-    const auto trailing = label->trailingAnchor().equalTo(window->trailingAnchor());
-    activate({ label->leadingAnchor().equalTo(window->leadingAnchor()), trailing, label->topAnchor().equalTo(window->topAnchor()),
-        below->topAnchor().equalTo(label->bottomAnchor(), 10) });
-    label->setText("one line");
-    makeFrame();
-    const double line = label->frame().height;
-    EXPECT_GT(line, 10);
-    EXPECT_EQ(below->frame().y, line + 10);
-    label->setText("a text that is a good deal longer than one line of three hundred and twenty points can hold, and than two");
-    makeFrame();
-    EXPECT_NEAR(label->frame().height, 2 * line, 0.5) << "rounded up to pixels as a whole";
-    EXPECT_EQ(below->frame().y, label->frame().maxY() + 10);
-    label->setText("one line");
-    trailing->setConstant(-280); // becomes narrow in the same turn
-    makeFrame();
-    EXPECT_NEAR(label->frame().height, 2 * line, 0.5);
-    EXPECT_EQ(
-        label->systemLayoutSizeFitting({ 300, 0 }, LayoutPriority::required, LayoutPriority::fittingSizeLevel).height, line);
 }
 
 TEST_F(LayoutRootTest, excludesASubtree)

@@ -110,9 +110,7 @@ TEST_F(NSLayoutConstraintTest, mirrorsLeadingAndTrailingButNotLeftAndCenter)
         return std::vector<double> { leading->frame().x, left->frame().x, centre->frame().x, least->frame().x };
     };
     EXPECT_EQ(lefts(), (std::vector<double> { 20, 20, 120, 150 }));
-    UITraitCollection mirrored = lightTraits();
-    mirrored.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
-    UIScreen::main().setTraitCollection(mirrored);
+    setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     EXPECT_EQ(lefts(), (std::vector<double> { 200, 20, 120, 70 }));
     leading->setSemanticContentAttribute(UISemanticContentAttribute::forceLeftToRight);
     EXPECT_EQ(lefts()[0], 20);

@@ -48,6 +48,8 @@ protected:
     {
         window = nullptr;
         makeFrame();
+        UIScreen::main().setGeometry({ 320, 480 }, {});
+        UIScreen::main().setTraitCollection(lightTraits());
         EXPECT_EQ(console.lines(), std::vector<std::string> {});
     }
 
@@ -56,6 +58,19 @@ protected:
         UITraitCollection traits;
         traits.userInterfaceStyle = UIUserInterfaceStyle::light;
         return traits;
+    }
+
+    static void setDirection(UIUserInterfaceLayoutDirection direction)
+    {
+        UITraitCollection traits = lightTraits();
+        traits.layoutDirection = direction;
+        UIScreen::main().setTraitCollection(traits);
+    }
+    static void setDark(bool isDark)
+    {
+        UITraitCollection traits = lightTraits();
+        traits.userInterfaceStyle = isDark ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light;
+        UIScreen::main().setTraitCollection(traits);
     }
 
     // The frame's steps, as a host takes them, without pixels.
@@ -90,6 +105,7 @@ protected:
         touch(UITouchPhase::ended, point);
     }
 
+    static CGRect onScreen(const UIView& view) { return view.convertTo(view.bounds(), nullptr); }
     std::shared_ptr<UIView> add(const CGRect& frame, const std::shared_ptr<UIView>& parent = nullptr)
     {
         auto view = make<UIView>(frame);

@@ -37,11 +37,11 @@ protected:
         collect(alert->view(), buttons);
         for (const auto& button : buttons)
             if (button->currentTitle() == title)
-                return button->convertTo(button->bounds(), nullptr);
+                return onScreen(*button);
         ADD_FAILURE() << "no button \"" << title << '"';
         return {};
     }
-    CGRect card() const { return alert->view()->convertTo(alert->view()->bounds(), nullptr); }
+    CGRect card() const { return onScreen(*alert->view()); }
     bool stands() const { return root->presentedViewController() == alert; }
     void press(UIKey key, UIKeyModifiers modifiers = UIKeyModifiers::none)
     {

@@ -1,125 +1,90 @@
 #include "Platform/UIKit/UIControl.h"
 
-#include "Platform/UIKit/UIApplication.h"
 #include "Platform/UIKit/UITapGestureRecognizer.h"
-#include "Platform/UIKit/UIWindow.h"
+#include "Tests/Platform/UIKit/ScreenTest.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
+#include <utility>
 
 namespace platform {
 namespace {
 
-// A window with one control of 100 by 40 points at (100, 100), whose events are written down.
-class UIControlInWindow : public ::testing::Test {
+// A control of 100 by 40 points at (100, 100), whose events are written down.
+class UIControlInWindow : public ScreenTest {
 protected:
     UIControlInWindow()
     {
         control->setFrame({ 100, 100, 100, 40 });
         window->addSubview(control);
-        window->makeKeyAndVisible();
-        record(UIControlEvent::touchDown, "down");
-        record(UIControlEvent::touchDragEnter, "enter");
-        record(UIControlEvent::touchDragExit, "exit");
-        record(UIControlEvent::touchUpInside, "up inside");
-        record(UIControlEvent::touchUpOutside, "up outside");
-        record(UIControlEvent::touchCancel, "cancel");
+        using enum UIControlEvent;
+        const std::pair<UIControlEvent, const char*> events[]
+            = { { touchDown, "down " }, { touchDragEnter, "enter " }, { touchDragExit, "exit " }, { touchUpInside, "up inside" },
+                  { touchUpOutside, "up outside" }, { touchCancel, "cancel" } };
+        for (const auto& [event, word] : events)
+            control->addAction(event, [this, word = word] { heard += word; });
     }
-    ~UIControlInWindow() override
-    {
-        UIApplication::shared().cancelTouches(0);
-        window->setHidden(true);
-    }
-
-    void record(UIControlEvent event, const char* word)
-    {
-        control->addAction(event, [this, word] { heard += (heard.empty() ? "" : ", ") + std::string(word); });
-    }
-    void touch(UITouchPhase phase, CGPoint point) { UIApplication::shared().sendTouch(1, phase, point, time += 0.01); }
 
     const CGPoint middle { 150, 120 };
-    std::shared_ptr<UIWindow> window = make<UIWindow>(CGRect { 0, 0, 393, 852 });
     std::shared_ptr<UIControl> control = make<UIControl>();
     std::string heard;
-    double time = 0;
 };
 
-TEST_F(UIControlInWindow, isPressedByATouchInside)
+TEST_F(UIControlInWindow, followsTheFinger)
 {
-    touch(UITouchPhase::began, middle);
-    EXPECT_TRUE(control->isHighlighted());
-    EXPECT_TRUE(control->isTracking());
-    touch(UITouchPhase::ended, middle);
-    EXPECT_FALSE(control->isHighlighted());
-    EXPECT_EQ(heard, "down, up inside");
-}
-
-TEST_F(UIControlInWindow, forgivesAFingerThatStraysUpToSeventyPoints)
-{
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::moved, { 150, 209 });
-    EXPECT_TRUE(control->isHighlighted());
-    touch(UITouchPhase::ended, { 150, 209 });
-    EXPECT_EQ(heard, "down, up inside");
-}
-
-TEST_F(UIControlInWindow, followsATouchOutAndBack)
-{
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::moved, { 150, 211 });
-    EXPECT_FALSE(control->isHighlighted());
-    EXPECT_FALSE(control->isTouchInside());
-    touch(UITouchPhase::moved, { 150, 300 });
-    touch(UITouchPhase::moved, { 150, 130 });
-    EXPECT_TRUE(control->isHighlighted());
-    touch(UITouchPhase::ended, middle);
-    EXPECT_EQ(heard, "down, exit, enter, up inside");
-}
-
-TEST_F(UIControlInWindow, letsAFingerLeave)
-{
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::moved, { 300, 400 });
-    touch(UITouchPhase::ended, { 300, 400 });
-    EXPECT_EQ(heard, "down, exit, up outside");
-    EXPECT_FALSE(control->isTracking());
+    struct Case {
+        const char* why;
+        std::vector<double> way; // heights that it goes through
+        bool pressed; // at its end
+        const char* heard;
+    };
+    const Case cases[] = {
+        { "pressed by a touch inside", {}, true, "down up inside" },
+        { "forgives a finger that strays up to seventy points", { 209 }, true, "down up inside" },
+        { "lets a finger leave", { 211 }, false, "down exit up outside" },
+        { "out and back", { 211, 300, 130 }, true, "down exit enter up inside" },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        touch(UITouchPhase::began, middle);
+        CGPoint place = middle;
+        for (const double y : c.way)
+            touch(UITouchPhase::moved, place = { 150, y });
+        EXPECT_EQ(control->isHighlighted(), c.pressed);
+        EXPECT_EQ(control->isTouchInside(), c.pressed);
+        EXPECT_TRUE(control->isTracking());
+        touch(UITouchPhase::ended, place);
+        EXPECT_FALSE(control->isHighlighted());
+        EXPECT_FALSE(control->isTracking());
+        EXPECT_EQ(std::exchange(heard, ""), c.heard);
+    }
 }
 
 TEST_F(UIControlInWindow, endsAPressThatIsTakenAway)
 {
     touch(UITouchPhase::began, middle);
-    UIApplication::shared().cancelTouches(1);
-    EXPECT_EQ(heard, "down, cancel");
+    UIApplication::shared().cancelTouches(clock.now());
+    EXPECT_EQ(heard, "down cancel");
     EXPECT_FALSE(control->isHighlighted());
 }
 
-TEST_F(UIControlInWindow, doesNothingWhileDisabled)
-{
-    control->setEnabled(false);
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::ended, middle);
-    EXPECT_EQ(heard, "");
-    EXPECT_FALSE(control->isHighlighted());
-}
-
-TEST_F(UIControlInWindow, saysNothingMoreWhenDisabledUnderTheFinger)
+TEST_F(UIControlInWindow, saysNothingWhileDisabledNorOnceDisabledUnderTheFinger)
 {
     touch(UITouchPhase::began, middle);
     control->setEnabled(false);
     EXPECT_EQ(control->state(), UIControlState::disabled);
     touch(UITouchPhase::ended, middle);
-    EXPECT_EQ(heard, "down");
+    tap(middle);
+    EXPECT_EQ(heard, "down ");
+    EXPECT_FALSE(control->isHighlighted());
 }
 
 TEST_F(UIControlInWindow, followsOneFingerOnly)
 {
     touch(UITouchPhase::began, middle);
-    UIApplication::shared().sendTouch(2, UITouchPhase::began, { 120, 120 }, 1);
-    UIApplication::shared().sendTouch(2, UITouchPhase::ended, { 120, 120 }, 1.1);
+    touch(UITouchPhase::began, { 120, 120 }, 2);
+    touch(UITouchPhase::ended, { 120, 120 }, 2);
     EXPECT_TRUE(control->isHighlighted());
     touch(UITouchPhase::ended, middle);
-    EXPECT_EQ(heard, "down, up inside");
+    EXPECT_EQ(heard, "down up inside");
 }
 
 TEST_F(UIControlInWindow, mayEndInsideItsOwnAction)
@@ -132,8 +97,7 @@ TEST_F(UIControlInWindow, mayEndInsideItsOwnAction)
         control.reset();
     });
     const std::weak_ptr<UIControl> watcher = control;
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::ended, middle);
+    tap(middle);
     EXPECT_EQ(calls, 1);
     EXPECT_TRUE(watcher.expired());
 }
@@ -142,16 +106,13 @@ TEST_F(UIControlInWindow, keepsTapsFromTheViewsAroundIt)
 {
     int tapsAround = 0, tapsOfItsOwn = 0;
     window->addGestureRecognizer(make<UITapGestureRecognizer>([&](UIGestureRecognizer&) { ++tapsAround; }));
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::ended, middle);
+    tap(middle);
     EXPECT_EQ(tapsAround, 0);
-    EXPECT_EQ(heard, "down, up inside");
-    touch(UITouchPhase::began, { 20, 20 });
-    touch(UITouchPhase::ended, { 20, 20 });
+    EXPECT_EQ(heard, "down up inside");
+    tap({ 20, 20 });
     EXPECT_EQ(tapsAround, 1);
     control->addGestureRecognizer(make<UITapGestureRecognizer>([&](UIGestureRecognizer&) { ++tapsOfItsOwn; }));
-    touch(UITouchPhase::began, middle);
-    touch(UITouchPhase::ended, middle);
+    tap(middle);
     EXPECT_EQ(tapsOfItsOwn, 1);
 }
 

@@ -1,13 +1,12 @@
 #include "Platform/UIKit/UILabel.h"
 
-#include "Platform/UIKit/UIScreen.h"
-#include "Platform/UIKit/UIWindow.h"
 #include "Tests/Platform/UIKit/KitResources.h"
-
-#include <gtest/gtest.h>
+#include "Tests/Platform/UIKit/ScreenTest.h"
 
 namespace platform {
 namespace {
+
+using UILabelOnScreen = ScreenTest;
 
 constexpr const char* sentence = "The quick brown fox jumps over the lazy dog, then rests in the shade of an old tree.";
 
@@ -21,21 +20,6 @@ std::shared_ptr<UILabel> label(const std::string& text, CGFloat width = 0, CGFlo
 }
 
 CGFloat lineHeight() { return label("x")->intrinsicContentSize().height; }
-
-// Until its end the screen has other traits.
-class ScreenTraits {
-public:
-    explicit ScreenTraits(const std::function<void(UITraitCollection&)>& change)
-    {
-        UITraitCollection changed = former;
-        change(changed);
-        UIScreen::main().setTraitCollection(changed);
-    }
-    ~ScreenTraits() { UIScreen::main().setTraitCollection(former); }
-
-private:
-    const UITraitCollection former = UIScreen::main().traitCollection();
-};
 
 const CALayer* textLayer(const UILabel& label)
 {
@@ -142,9 +126,9 @@ TEST(UILabel, centresItsTextUpright)
     EXPECT_NEAR(tall->textRect().maxX(), 200, 0.5);
 }
 
-TEST(UILabel, followsTheInterfacesDirection)
+TEST_F(UILabelOnScreen, followsTheInterfacesDirection)
 {
-    const ScreenTraits arabic([](UITraitCollection& t) { t.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft; });
+    setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     for (const char* text : { "مرحبا", "Hello" }) {
         const auto greeting = label(text, 200, 30);
         for (const auto alignment : { NSTextAlignment::natural, NSTextAlignment::left }) {
@@ -206,9 +190,8 @@ TEST(UILabel, costsNothingWhenSetToWhatItShows)
     EXPECT_EQ(textLayer(*word)->changeCount(), before) << "a layout pass alone changes no pixel";
 }
 
-TEST(UILabel, resolvesItsColorsAnewInTheDark)
+TEST_F(UILabelOnScreen, resolvesItsColorsAnewInTheDark)
 {
-    const auto window = make<UIWindow>();
     const auto word = label("Live", 100, 30);
     NSAttributes blue;
     blue.foregroundColor = UIColor::systemBlue();
@@ -216,11 +199,10 @@ TEST(UILabel, resolvesItsColorsAnewInTheDark)
     runs->setAttributedText(NSAttributedString("Live", blue));
     window->addSubview(word);
     window->addSubview(runs);
-    window->setHidden(false);
     window->layoutIfNeeded();
     EXPECT_EQ(textLayer(*word)->contentsTint(), UIColor::black().cgColor());
     const auto lightPicture = textLayer(*runs)->contents();
-    const ScreenTraits dark([](UITraitCollection& t) { t.userInterfaceStyle = UIUserInterfaceStyle::dark; });
+    setDark(true);
     window->layoutIfNeeded();
     EXPECT_EQ(textLayer(*word)->contentsTint(), UIColor::white().cgColor());
     EXPECT_NE(textLayer(*runs)->contents(), lightPicture);
@@ -314,43 +296,10 @@ TEST_F(UILabelInColumn, growsWithItsText)
     text->setFont(kitFont("Bold", 32));
     column->layoutIfNeeded();
     EXPECT_NEAR(text->frame().height, 4 * lineHeight(), 1.5);
-}
-
-TEST_F(UILabelInColumn, standsOnItsBaseline)
-{
-    const auto small = label("small");
-    small->setFont(kitFont("Regular", 10));
-    small->setTranslatesAutoresizingMaskIntoConstraints(false);
-    column->addSubview(small);
-    activate({
-        small->leadingAnchor().equalTo(column->leadingAnchor()),
-        small->firstBaselineAnchor().equalTo(text->firstBaselineAnchor()),
-    });
-    lay(230);
-    const auto baseline = [](const UILabel& l) { return l.frame().y + l.firstBaselineOffset(); };
-    EXPECT_NEAR(baseline(*small), baseline(*text), 0.6);
-    EXPECT_GT(small->frame().y, text->frame().y);
-}
-
-TEST(UILabel, hugsItsTextBetweenOthers)
-{
-    const auto row = make<UIView>(CGRect { 0, 0, 300, 40 });
-    const auto name = label("name"), value = label("value");
-    for (const auto& part : { name, value }) {
-        part->setTranslatesAutoresizingMaskIntoConstraints(false);
-        row->addSubview(part);
-    }
-    name->setContentHuggingPriority(251, NSLayoutConstraintAxis::horizontal);
-    activate({
-        name->leadingAnchor().equalTo(row->leadingAnchor()),
-        name->topAnchor().equalTo(row->topAnchor()),
-        value->leadingAnchor().equalTo(name->trailingAnchor(), 8),
-        value->trailingAnchor().equalTo(row->trailingAnchor()),
-        value->topAnchor().equalTo(row->topAnchor()),
-    });
-    row->layoutIfNeeded();
-    EXPECT_NEAR(name->frame().width, name->intrinsicContentSize().width, 0.5);
-    EXPECT_NEAR(value->frame().maxX(), 300, 0.01);
+    text->setFont(kitFont("Regular", 16));
+    text->setText("two words");
+    lay(80); // becomes narrow in the same turn
+    EXPECT_NEAR(text->frame().height, 2 * lineHeight(), 1);
 }
 
 } // namespace

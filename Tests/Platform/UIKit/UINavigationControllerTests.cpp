@@ -66,9 +66,7 @@ TEST_F(UINavigationControllerTest, pushesAndPopsWithASlide)
 
 TEST_F(UINavigationControllerTest, slidesFromTheTrailingSide)
 {
-    UITraitCollection traits = lightTraits();
-    traits.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
-    UIScreen::main().setTraitCollection(traits);
+    setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     makeFrame();
     navigation->pushViewController(second, true);
     makeFrame();

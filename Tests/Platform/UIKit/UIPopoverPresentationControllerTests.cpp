@@ -161,7 +161,7 @@ protected:
         makeFrame();
         return popover;
     }
-    CGRect place() const { return content->view()->convertTo(content->view()->bounds(), nullptr); }
+    CGRect place() const { return onScreen(*content->view()); }
     UIView& bubble() const { return *content->view()->superview()->superview(); }
     bool isOpen() const { return root->presentedViewController() == content && !content->isBeingDismissed(); }
 
@@ -365,7 +365,7 @@ TEST_F(UIPopoverTest, standsUnderAlertsAndPromptsAndGoesWithItsPresenter)
     const auto prompt = screen("prompt");
     prompt->setModalPresentationStyle(UIModalPresentationStyle::overCurrentContext);
     content->present(prompt, false);
-    EXPECT_EQ(prompt->view()->convertTo(prompt->view()->bounds(), nullptr), (CGRect { 0, 0, 320, 480 }));
+    EXPECT_EQ(onScreen(*prompt->view()), (CGRect { 0, 0, 320, 480 }));
     taken();
     root->dismiss(true); // both
     root->present(screen("next"), false); // waits
@@ -425,7 +425,7 @@ TEST_F(UIPopoverTest, overCurrentContextCoversTheControllerThatDefinesOne)
     pane->setDefinesPresentationContext(true);
     prompt->setModalPresentationStyle(UIModalPresentationStyle::overCurrentContext);
     prompt->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::dark);
-    const auto place = [&] { return prompt->view()->convertTo(prompt->view()->bounds(), nullptr); };
+    const auto place = [&] { return onScreen(*prompt->view()); };
     taken();
     inner->present(prompt, false);
     EXPECT_EQ(taken(), (Heard { "prompt will appear, presented", "prompt appeared, presented" }));

@@ -178,10 +178,7 @@ TEST_F(UIScrollViewTest, theWheelGoesToTheInnermostThatCanScroll)
 TEST_F(UIScrollViewTest, itsContentsConstraintsGiveItsSize)
 {
     for (const bool mirrored : { false, true }) {
-        auto traits = lightTraits();
-        traits.layoutDirection
-            = mirrored ? UIUserInterfaceLayoutDirection::rightToLeft : UIUserInterfaceLayoutDirection::leftToRight;
-        UIScreen::main().setTraitCollection(traits);
+        setDirection(mirrored ? UIUserInterfaceLayoutDirection::rightToLeft : UIUserInterfaceLayoutDirection::leftToRight);
         const auto pager = make<UIScrollView>();
         pager->setTranslatesAutoresizingMaskIntoConstraints(false);
         window->addSubview(pager);
@@ -206,7 +203,7 @@ TEST_F(UIScrollViewTest, itsContentsConstraintsGiveItsSize)
         pager->setContentOffset({ 300, 0 });
         makeFrame();
         EXPECT_EQ(second->frame(), (CGRect { mirrored ? 0.0 : 300.0, 0, 300, 460 })) << "scrolling moves the bounds alone";
-        EXPECT_EQ(first->convertTo(first->bounds(), nullptr).x, mirrored ? 10 : -290);
+        EXPECT_EQ(onScreen(*first).x, mirrored ? 10 : -290);
         UIScreen::main().setGeometry({ 480, 320 }, {});
         makeFrame();
         EXPECT_EQ(pager->contentSize(), (CGSize { 920, 300 }));
@@ -245,7 +242,6 @@ TEST_F(UIScrollViewTest, scrollsBeneathTheHomeIndicatorButEndsAboveIt)
     EXPECT_EQ(list->maximumContentOffset().y, 554);
     list->setContentOffset({ 0, 520 });
     EXPECT_EQ(inside->safeAreaInsets(), UIEdgeInsets {}) << "what scrolls is not squeezed on its way";
-    UIScreen::main().setGeometry({ 320, 480 }, {});
 }
 
 TEST_F(UIScrollViewTest, movesOnItsOwn)

@@ -7,8 +7,6 @@
 #include "Tests/Platform/UIKit/KitResources.h"
 #include "Tests/Platform/UIKit/ScreenTest.h"
 
-#include <chrono>
-
 namespace platform {
 namespace {
 
@@ -169,9 +167,7 @@ TEST_F(UITextViewTest, linksLieWhereTheyAreSeen)
 
 TEST_F(UITextViewTest, onAMirroredScreenTextBeginsOnTheRight)
 {
-    auto traits = lightTraits();
-    traits.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
-    UIScreen::main().setTraitCollection(traits);
+    setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     show("a.com");
     const auto points = pointsOn("http://a.com");
     ASSERT_FALSE(points.empty());
@@ -321,7 +317,6 @@ TEST_F(UITextViewTest, aHugeTextIsShownInPieces)
     std::string huge;
     while (huge.size() < 100'000)
         huge += "Does the glaze survive a.com and the dishwasher? ";
-    const auto begin = std::chrono::steady_clock::now();
     show(huge);
     EXPECT_GT(text->frame().height, 10'000);
     EXPECT_GT(text->layer()->sublayers().size(), 5u);
@@ -332,7 +327,6 @@ TEST_F(UITextViewTest, aHugeTextIsShownInPieces)
     }
     EXPECT_GE(covered, text->frame().height);
     EXPECT_EQ(text->linkAt({ 250, text->frame().height - 5 }).value_or("http://a.com"), "http://a.com");
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
     show("short");
     EXPECT_EQ(text->layer()->sublayers().size(), 1u);
 }

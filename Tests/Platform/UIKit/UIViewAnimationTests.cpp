@@ -5,7 +5,10 @@
 namespace platform {
 namespace {
 
-using UIViewAnimationTest = ScreenTest;
+class UIViewAnimationTest : public ScreenTest {
+protected:
+    double shown(const UIView& view) const { return std::get<double>(view.layer()->presentationValue("opacity", clock.now())); }
+};
 
 double easeInOut(double t) { return CAMediaTimingFunction::easeInEaseOut().evaluate(t); }
 
@@ -24,7 +27,7 @@ TEST_F(UIViewAnimationTest, showsExactValuesOnTheWay)
     makeFrame(); // begins here
     advance(0.1);
     EXPECT_NEAR(view->layer()->presentationFrame(clock.now()).x, 100 * easeInOut(0.25), 1e-6);
-    EXPECT_NEAR(std::get<double>(view->layer()->presentationValue("opacity", clock.now())), 1 - 0.5 * easeInOut(0.25), 1e-6);
+    EXPECT_NEAR(shown(*view), 1 - 0.5 * easeInOut(0.25), 1e-6);
     EXPECT_TRUE(ended.empty());
     advance(0.3);
     EXPECT_EQ(ended, std::vector<bool> { true });
@@ -70,13 +73,12 @@ TEST_F(UIViewAnimationTest, startsLateWithADelay)
     const auto view = add({});
     UIView::animate(1, 2, UIViewAnimationCurve::linear, [&] { view->setAlpha(0); });
     makeFrame();
-    const auto shown = [&] { return std::get<double>(view->layer()->presentationValue("opacity", clock.now())); };
     advance(1);
-    EXPECT_NEAR(shown(), 1, 1e-9);
+    EXPECT_NEAR(shown(*view), 1, 1e-9);
     advance(1.25);
-    EXPECT_NEAR(shown(), 0.75, 1e-9);
+    EXPECT_NEAR(shown(*view), 0.75, 1e-9);
     advance(0.75);
-    EXPECT_NEAR(shown(), 0, 1e-9);
+    EXPECT_NEAR(shown(*view), 0, 1e-9);
 }
 
 TEST_F(UIViewAnimationTest, completesAtTheNextFrameWhenThereIsNothingToSee)
@@ -106,10 +108,9 @@ TEST_F(UIViewAnimationTest, turnsFromWhereItIs)
     UIView::animate(
         1, 0, UIViewAnimationCurve::linear, [&] { view->setAlpha(1); }, [&](bool f) { second.push_back(f); });
     makeFrame();
-    const auto shown = [&] { return std::get<double>(view->layer()->presentationValue("opacity", clock.now())); };
-    EXPECT_NEAR(shown(), 0.75, 1e-9);
+    EXPECT_NEAR(shown(*view), 0.75, 1e-9);
     advance(0.5);
-    EXPECT_NEAR(shown(), 0.875, 1e-9);
+    EXPECT_NEAR(shown(*view), 0.875, 1e-9);
     EXPECT_EQ(first, std::vector<bool> { false });
     advance(0.5);
     EXPECT_EQ(second, std::vector<bool> { true });
@@ -127,7 +128,7 @@ TEST_F(UIViewAnimationTest, nestsBlocksAndSwitchesAnimationOff)
     });
     makeFrame();
     advance(1);
-    EXPECT_NEAR(std::get<double>(inner->layer()->presentationValue("opacity", clock.now())), 0.5, 1e-9);
+    EXPECT_NEAR(shown(*inner), 0.5, 1e-9);
     EXPECT_FALSE(still->layer()->hasAnimations());
     EXPECT_EQ(innerEnded, 0);
     advance(1);

@@ -73,15 +73,12 @@ TEST_F(UIViewControllerTest, hearsOfSafeAreaAndAppearance)
     EXPECT_EQ(screen->heard.front(), "safe area");
     makeFrame();
     screen->heard.clear();
-    UITraitCollection dark = lightTraits();
-    dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
-    UIScreen::main().setTraitCollection(dark);
+    setDark(true);
     EXPECT_EQ(screen->heard, Heard { "traits" });
     EXPECT_TRUE(screen->traitCollection().isDark());
     makeFrame();
     screen->heard.clear();
-    dark.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
-    UIScreen::main().setTraitCollection(dark);
+    setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     makeFrame();
     EXPECT_EQ(screen->heard, (Heard { "traits", "will layout", "did layout" })) << "what it places by hand changes sides";
 }

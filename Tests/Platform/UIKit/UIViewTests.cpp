@@ -210,15 +210,13 @@ TEST_F(UIViewTest, resolvesDynamicColoursWhenTheAppearanceChanges)
     window->addSubview(view);
     view->heard.clear();
     EXPECT_EQ(view->layer()->backgroundColor(), (CGColor { 0, 0, 0, 1 }));
-    UITraitCollection dark = lightTraits();
-    dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
-    UIScreen::main().setTraitCollection(dark);
+    setDark(true);
     EXPECT_EQ(view->layer()->backgroundColor(), (CGColor { 1, 1, 1, 1 }));
-    UIScreen::main().setTraitCollection(dark);
+    setDark(true);
     EXPECT_EQ(view->heard, Heard { "from light" });
 
     view->removeFromSuperview();
-    UIScreen::main().setTraitCollection(lightTraits());
+    setDark(false);
     EXPECT_TRUE(view->traitCollection().isDark()); // learns of it when it comes back
     view->heard.clear();
     window->addSubview(view);

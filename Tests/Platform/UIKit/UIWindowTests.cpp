@@ -126,9 +126,7 @@ TEST_F(UIWindowTest, catchesUpWithTheScreenWhenItIsShownAgain)
     const auto banner = make<UIWindow>(CGRect { 0, 0, 320, 50 });
     window->setHidden(true);
     UIScreen::main().setGeometry({ 480, 320 }, { 0, 59, 21, 59 });
-    UITraitCollection dark = lightTraits();
-    dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
-    UIScreen::main().setTraitCollection(dark);
+    setDark(true);
     window->makeKeyAndVisible();
     banner->setHidden(false);
     EXPECT_EQ(window->frame(), (CGRect { 0, 0, 480, 320 }));
