@@ -83,7 +83,7 @@ void KeyboardTyping::strike(const KeyboardKey& key, double time)
     switch (key.role) {
     case KeyboardRole::character:
     case KeyboardRole::emoji:
-        return insert(key.text);
+        return application.sendText(key.text);
     case KeyboardRole::space:
         return strikeSpace(time);
     case KeyboardRole::shift:
@@ -125,22 +125,18 @@ void KeyboardTyping::strikeSpace(double time)
 {
     plane_.page = KeyboardPage::letters;
     std::string_view text = before;
-    const bool inRow = time - spaceTime < doubleTap;
+    const bool inRow = time - std::exchange(spaceTime, time) < doubleTap;
     const bool afterWord = inRow && takeLast(text) == " " && !text.empty()
         && !isOneOf(takeLast(text), { " ", "\n", ".", ",", ";", ":", "!", "?", "…", "،", "؛", "؟" });
-    if (!afterWord) {
-        spaceTime = time;
-        return insert(" ");
-    }
-    spaceTime = never;
+    if (!afterWord)
+        return UIApplication::shared().sendText(" ");
     UIApplication::shared().sendDeleteBackward();
-    insert(". ");
+    UIApplication::shared().sendText(". ");
 }
 
 void KeyboardTyping::strikeShift(double time)
 {
-    const bool inRow = time - shiftTime < doubleTap;
-    shiftTime = time;
+    const bool inRow = time - std::exchange(shiftTime, time) < doubleTap;
     if (plane_.shift == KeyboardShift::locked)
         plane_.shift = KeyboardShift::off;
     else if (inRow)
@@ -149,14 +145,7 @@ void KeyboardTyping::strikeShift(double time)
         plane_.shift = plane_.shift == KeyboardShift::off ? KeyboardShift::once : KeyboardShift::off;
 }
 
-void KeyboardTyping::insert(const std::string& text)
-{
-    if (plane_.shift == KeyboardShift::once && plane_.page == KeyboardPage::letters)
-        plane_.shift = KeyboardShift::off;
-    UIApplication::shared().sendText(text);
-}
-
-// Arabic has no capitals: its shift is struck by hand only.
+// What shift was struck for has been typed. Arabic has no capitals: its shift is struck by hand only.
 void KeyboardTyping::capitalize(UITextInput& input)
 {
     const auto traits = input.inputTraits();

@@ -24,7 +24,6 @@ public:
 private:
     void strikeSpace(double time);
     void strikeShift(double time);
-    void insert(const std::string& text);
     void capitalize(UITextInput& input);
 
     KeyboardPlane plane_;

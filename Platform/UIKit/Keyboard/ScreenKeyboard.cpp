@@ -315,7 +315,6 @@ void ScreenKeyboard::refresh()
 void ScreenKeyboard::strike(const KeyboardKey& key, double time)
 {
     typing.strike(key, time);
-    textInputChanged();
     refresh();
 }
 

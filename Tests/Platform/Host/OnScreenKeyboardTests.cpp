@@ -1,96 +1,13 @@
-#include "Platform/Host/HeadlessHost.h"
+#include "Tests/Platform/Host/OnScreenKeyboardTest.h"
 
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Host/ViewTree.h"
 #include "Platform/UIKit/Keyboard/ScreenKeyboard.h"
 #include "Platform/UIKit/UIButton.h"
-#include "Platform/UIKit/UIKeyboard.h"
-#include "Platform/UIKit/UITextInput.h"
-#include "Platform/UIKit/UIWindow.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
 namespace platform {
 namespace {
-
-// The plainest thing that can be written in.
-class Paper final : public UIView, public UITextInput {
-public:
-    std::string text, done;
-    UITextInputTraits traits;
-
-    bool canBecomeFirstResponder() const override { return true; }
-    UITextInput* textInput() override { return this; }
-    void insertText(const std::string& typed) override { text += typed; }
-    void deleteBackward() override
-    {
-        if (hasText())
-            text.pop_back();
-    }
-    bool hasText() const override { return !text.empty(); }
-    std::string textBeforeCaret() const override { return text; }
-    UITextInputTraits inputTraits() const override { return traits; }
-    void setMarkedText(const std::string&, std::size_t) override { }
-    void unmarkText() override { }
-    CGRect caretRect() const override { return {}; }
-    bool canPerform(UIEditAction action) const override { return action == UIEditAction::selectAll && hasText(); }
-    void perform(UIEditAction action) override { done += action == UIEditAction::selectAll ? "all" : "?"; }
-};
-
-class OnScreenKeyboard : public testing::Test {
-protected:
-    explicit OnScreenKeyboard(HostDevice model = HostDevice::phone())
-        : host(std::move(model))
-    {
-        window->setBackgroundColor(UIColor::white());
-        window->makeKeyAndVisible();
-        paper = add();
-        host.advance(0);
-        heard.clear();
-    }
-    ~OnScreenKeyboard() override { EXPECT_EQ(console.lines(), std::vector<std::string> {}); }
-
-    std::shared_ptr<Paper> add()
-    {
-        auto made = make<Paper>();
-        window->addSubview(made);
-        return made;
-    }
-    void beginWriting()
-    {
-        paper->becomeFirstResponder();
-        host.advance(1);
-        heard.clear();
-    }
-    // In screen points; empty when it is not there.
-    CGRect key(const std::string& nameOrText) const
-    {
-        for (const auto& shown : UIApplication::shared().windows())
-            for (const auto& view : shown->subviews())
-                for (const auto& element : view->accessibilityElements())
-                    if (element.identifier == nameOrText || element.label == nameOrText)
-                        return element.frame.offsetBy(shown->frame().x, shown->frame().y);
-        return {};
-    }
-    void tap(const std::string& nameOrText) { host.tap(key(nameOrText).center()); }
-    std::string written() { return std::exchange(paper->text, {}); }
-    CGFloat covered() const { return host.device().state().keyboardHeight; }
-    std::vector<CGRect> takeHeard() { return std::exchange(heard, {}); }
-
-    LogCapture console;
-    HeadlessHost host;
-    std::shared_ptr<UIWindow> window = make<UIWindow>();
-    std::shared_ptr<Paper> paper;
-    std::vector<CGRect> heard; // end frames
-    NotificationToken token = NotificationCenter::defaultCenter().addObserver(
-        UIKeyboard::willChangeFrameNotification, [this](const Notification& told) {
-            heard.push_back(*told.value<CGRect>(UIKeyboard::frameEndUserInfoKey));
-            EXPECT_TRUE(told.value<double>(UIKeyboard::animationDurationUserInfoKey));
-        });
-};
 
 class OnScreenKeyboardOfTablet : public OnScreenKeyboard {
 protected:
@@ -229,91 +146,6 @@ TEST_F(OnScreenKeyboard, isAsDarkAsWhatIsWrittenInAtOnce)
     EXPECT_EQ(takeHeard(), Frames {});
 }
 
-TEST_F(OnScreenKeyboard, typesByItsKeysOnEveryDevice)
-{
-    const std::string all = "Hi there 2! [ok] €5.50 ❤️ مرحبا؟ أنا PS";
-    for (const auto& model : { HostDevice::phone(), HostDevice::smallPhone(), HostDevice::tablet() })
-        for (const auto posture : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeRight }) {
-            host.device().setModel(model);
-            host.rotate(posture);
-            beginWriting();
-            EXPECT_TRUE(host.tapKeys(all));
-            EXPECT_EQ(written(), all) << model.name;
-            EXPECT_TRUE(host.tapKeys("ab\bc\n"));
-            EXPECT_EQ(written(), "ac\n") << model.name;
-        }
-    host.type("Typed beside it");
-    EXPECT_EQ(written(), "Typed beside it");
-    EXPECT_FALSE(host.tapKeys("中"));
-    paper->resignFirstResponder();
-    EXPECT_FALSE(host.tapKeys("a"));
-    const std::vector<std::string> said { "\"中\" of \"中\" not tapped: no key types it",
-        "\"a\" of \"a\" not tapped: no keyboard is on the screen" };
-    EXPECT_EQ(console.lines(), said);
-    console.clear();
-}
-
-TEST_F(OnScreenKeyboard, shiftsOnceByHandByItselfAndForGood)
-{
-    beginWriting();
-    for (const char* text : { "A", "b" })
-        tap(text);
-    EXPECT_EQ(written(), "Ab") << "capital at the beginning only";
-    UIApplication::shared().textInputDidChange();
-    EXPECT_FALSE(key("Q").isEmpty()) << "the text was emptied by its owner";
-    tap("shift");
-    tap("shift");
-    for (const char* text : { "X", "Y", "Z" })
-        tap(text);
-    host.advance(1);
-    tap("shift");
-    tap("z");
-    EXPECT_EQ(written(), "XYZz");
-    paper->traits = { .returnKeyType = UIReturnKeyType::send, .autocapitalization = UITextAutocapitalizationType::none };
-    UIApplication::shared().textInputDidChange();
-    EXPECT_TRUE(host.tapKeys("no capitals  here"));
-    EXPECT_EQ(written(), "no capitals. here") << "two spaces end a sentence";
-    EXPECT_FALSE(key("send").isEmpty());
-}
-
-TEST_F(OnScreenKeyboard, takesFastAndWanderingFingers)
-{
-    beginWriting();
-    tap("shift");
-    const auto at = [this](const char* text) { return key(text).center(); };
-    host.touchDown(at("h"), 0);
-    host.touchDown(at("i"), 1);
-    EXPECT_EQ(paper->text, "h") << "the second finger strikes what the first is on";
-    host.touchUp(at("h"), 0);
-    host.touchUp(at("i"), 1);
-    EXPECT_EQ(written(), "hi");
-    host.touchDown(at("q"));
-    host.touchMove(at("w"));
-    host.touchMove(at("e"));
-    host.touchUp(at("e"));
-    host.touchDown(at("t"));
-    host.touchMove({ 200, 300 });
-    host.touchUp({ 200, 300 }); // above the keyboard
-    host.touchDown(at("space"));
-    host.touchCancel();
-    host.touchDown(at("return"));
-    host.touchMove(at("m"));
-    host.touchUp(at("m"));
-    EXPECT_EQ(written(), "e");
-
-    paper->text = "0123456789";
-    host.touchDown(at("delete"));
-    EXPECT_EQ(paper->text, "012345678");
-    host.advance(0.45);
-    EXPECT_EQ(paper->text, "012345678");
-    host.advance(0.3);
-    EXPECT_EQ(paper->text, "012345");
-    host.touchMove({ 200, 300 });
-    host.advance(1);
-    EXPECT_EQ(paper->text, "012345") << "the finger has left the key";
-    host.touchUp({ 200, 300 });
-}
-
 TEST_F(OnScreenKeyboard, letsNothingThroughAndKeepsTheEditingUp)
 {
     int presses = 0;
@@ -333,33 +165,6 @@ TEST_F(OnScreenKeyboard, letsNothingThroughAndKeepsTheEditingUp)
     host.advance(1);
     host.tap({ 60, 700 });
     EXPECT_EQ(presses, 2);
-}
-
-TEST_F(OnScreenKeyboard, editsAsFarAsTheTextAllows)
-{
-    beginWriting();
-    tap("selectAllKey");
-    EXPECT_EQ(paper->done, "");
-    host.type("word");
-    tap("Select All");
-    tap("Paste");
-    EXPECT_EQ(paper->done, "all");
-    host.advance(0);
-    const auto tree = viewTree(host.device());
-    const auto& keyboard = tree["root"]["children"][1]["children"][0];
-    EXPECT_EQ(keyboard["name"].text(), "keyboard");
-    std::string shown, off;
-    for (const auto& each : *keyboard["children"].array()) {
-        const auto text = each["text"].text().value();
-        EXPECT_GE(each["frame"][1].number(), 527);
-        if (each["name"].text() == "shiftKey" || text.size() == 1)
-            shown += text;
-        if (!each["enabled"].boolean().value_or(true))
-            off += text + " ";
-    }
-    EXPECT_EQ(shown, "qwertyuiopasdfghjklshiftzxcvbnm");
-    EXPECT_EQ(off, "Cut Copy Paste ");
-    EXPECT_EQ(tree["keyboardHeight"].number(), 325);
 }
 
 TEST_F(OnScreenKeyboard, staysAwayBesideAHardwareKeyboard)
@@ -449,15 +254,22 @@ TEST(OnScreenKeyboardOfEndedDevice, isNotThereForTheNextOne)
             host.setHardwareKeyboard(!isOwn);
             paper->becomeFirstResponder();
             host.advance(1);
-            if (!isOwn)
+            if (isOwn)
+                EXPECT_TRUE(host.tapKeys("ا"));
+            else
                 host.setKeyboardHeight(325);
             EXPECT_EQ(UIApplication::shared().keyboardFrame(), (CGRect { 0, 527, 393, 325 }));
             paper->removeFromSuperview();
         }
         EXPECT_TRUE(UIApplication::shared().keyboardFrame().isEmpty());
         EXPECT_EQ(UIApplication::shared().windows(), (std::vector { window })) << "the keyboard's is gone";
-        const HeadlessHost next;
+        HeadlessHost next;
         EXPECT_TRUE(UIApplication::shared().keyboardFrame().isEmpty());
+        const auto paper = make<Paper>();
+        window->addSubview(paper);
+        paper->becomeFirstResponder();
+        next.advance(0);
+        EXPECT_TRUE(ScreenKeyboard::shared().stepTowards("Q")->types) << "nobody has chosen other letters here";
     }
 }
 

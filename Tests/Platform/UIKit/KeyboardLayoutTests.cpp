@@ -124,6 +124,35 @@ TEST(KeyboardLayout, hasTheWholeAlphabets)
     }
 }
 
+TEST(KeyboardLayout, tellsWhereItsKeysLeadAndWhatTheyDo)
+{
+    using enum KeyboardPage;
+    const auto pressed
+        = [](const KeyboardKeys& keys, KeyboardRole role) { return *std::ranges::find(keys, role, &KeyboardKey::role); };
+    for (const auto& device : devices) {
+        SCOPED_TRACE(device.name);
+        const auto metrics = metricsOf(device);
+        for (const auto& [page, leadsTo] : { std::pair { letters, std::set { numbers } },
+                 std::pair { numbers, std::set { letters, symbols } }, std::pair { symbols, std::set { letters, numbers } } }) {
+            std::set<KeyboardPage> found;
+            for (const auto& key : keyboardKeys(metrics, { .page = page }, false, 2))
+                if (key.role == KeyboardRole::page)
+                    found.insert(key.page);
+            EXPECT_EQ(found, leadsTo) << int(page);
+        }
+        for (const auto shift : { KeyboardShift::off, KeyboardShift::once, KeyboardShift::locked }) {
+            const auto key = pressed(keyboardKeys(metrics, { .shift = shift }, false, 2), KeyboardRole::shift);
+            EXPECT_EQ(key.selected, shift != KeyboardShift::off);
+            EXPECT_EQ(key.locked, shift == KeyboardShift::locked);
+        }
+        using enum UIReturnKeyType;
+        for (const auto type : { normal, go, next, done, send, join }) {
+            const auto key = pressed(keyboardKeys(metrics, { .returnKey = type }, false, 2), KeyboardRole::enter);
+            EXPECT_EQ(key.prominent, type != normal && type != next) << key.text;
+        }
+    }
+}
+
 TEST(KeyboardPainter, raisesPressedLettersAboveTheFingerAndNeverOverTheApplication)
 {
     for (const auto& device : devices) {
