@@ -1,10 +1,8 @@
 #include "Platform/Host/HeadlessHost.h"
-#include "Platform/Host/ViewTree.h"
 
 #include "Platform/Foundation/MainQueue.h"
 #include "Platform/Foundation/NSTimer.h"
 #include "Platform/Foundation/NotificationCenter.h"
-#include "Platform/QuartzCore/CAGradientLayer.h"
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIDevice.h"
 #include "Platform/UIKit/UIImageView.h"
@@ -287,67 +285,6 @@ TEST_F(HeadlessHostTest, typesForTheFirstResponderOnly)
     EXPECT_TRUE(one->resignFirstResponder());
     host.pressDelete();
     EXPECT_EQ(one->paper, "né");
-}
-
-class NamedController final : public UIViewController { };
-
-TEST_F(HeadlessHostTest, describesWhatIsOnTheScreen)
-{
-    const auto controller = make<NamedController>();
-    window->setRootViewController(controller);
-    const auto& root = controller->view();
-    const auto label = make<UILabel>(CGRect { 10, 20, 100, 30 });
-    label->setAccessibilityIdentifier("titleLabel");
-    label->setText("Live");
-    label->setTextAlignment(NSTextAlignment::center);
-    label->setNumberOfLines(2);
-    const auto button = make<UIButton>(CGRect { 10, 60, 100, 30 });
-    button->setTitle("Join");
-    button->setEnabled(false);
-    button->layer()->setCornerRadius(15);
-    const auto hidden = make<UIView>(CGRect { 0, 100, 50, 50 });
-    hidden->setHidden(true);
-    const auto turned = make<UIView>(CGRect { 0, 0, 20, 10 });
-    turned->setTransform(CGAffineTransform::rotation(std::acos(-1.0) / 2));
-    hidden->addSubview(turned);
-    const auto faded = make<UIView>(CGRect { 0, 0, 9, 9 }, make<CAGradientLayer>());
-    faded->setAlpha(0.5);
-    static_cast<CAGradientLayer&>(*faded->layer()).setColors({ { 1, 0, 0, 1 }, { 0, 0, 0, 0 } });
-    faded->layer()->setShadowOpacity(0.25);
-    const auto scroller = make<UIScrollView>(CGRect { 0, 200, 100, 100 });
-    scroller->setContentSize({ 100, 500 });
-    scroller->setContentInset({ 5, 0, 0, 0 });
-    scroller->setContentOffset({ 0, 40 });
-    for (const auto& view : std::vector<std::shared_ptr<UIView>> { label, button, hidden, faded, scroller })
-        root->addSubview(view);
-    host.advance(0);
-
-    const auto tree = viewTree(host.device());
-    EXPECT_EQ(tree["device"].text(), "phone");
-    EXPECT_EQ(tree["safeArea"].print(), "[59,0,34,0]");
-    EXPECT_EQ(tree["size"].print(), "[393,852]");
-    EXPECT_EQ(tree["root"]["class"].text(), "UIWindow");
-    const auto& page = tree["root"]["children"][0];
-    EXPECT_EQ(page["controller"].text(), "NamedController");
-    const auto& children = page["children"];
-    EXPECT_EQ(children[0].print(),
-        R"({"class":"UILabel","name":"titleLabel","frame":[10,20,100,30],"text":"Live","font":"Inter-Regular 17",)"
-        R"("color":"#000000ff","numberOfLines":2,"textAlignment":"center"})");
-    EXPECT_EQ(children[1]["text"].text(), "Join");
-    EXPECT_EQ(children[1]["enabled"].boolean(), false);
-    EXPECT_EQ(children[1]["cornerRadius"].number(), 15);
-    EXPECT_EQ(children[2]["hidden"].boolean(), true);
-    EXPECT_EQ(children[2]["children"][0]["visible"].boolean(), false);
-    EXPECT_EQ(children[2]["children"][0]["hidden"], JSONValue());
-    const auto& rect = children[2]["children"][0]["frame"];
-    EXPECT_NEAR(*rect[2].number(), 10, 1e-9);
-    EXPECT_NEAR(*rect[3].number(), 20, 1e-9);
-    EXPECT_EQ(children[3]["alpha"].number(), 0.5);
-    EXPECT_EQ(children[3]["gradient"].print(), R"([{"color":"#ff0000ff","at":0},{"color":"#00000000","at":1}])");
-    EXPECT_EQ(children[3]["shadow"]["opacity"].number(), 0.25);
-    EXPECT_EQ(children[4].print(),
-        R"({"class":"UIScrollView","frame":[0,200,100,100],"contentOffset":[0,40],"contentSize":[100,500],)"
-        R"("contentInset":[5,0,0,0]})");
 }
 
 TEST(HeadlessHostInRealTime, dropsFramesThatComeLateAndWaitsForNothing)
