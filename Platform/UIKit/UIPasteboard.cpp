@@ -10,7 +10,11 @@ UIPasteboard& UIPasteboard::general()
     return pasteboard;
 }
 
-std::string UIPasteboard::string() const { return isOwn ? text : host->pasteboardText(); }
+std::string UIPasteboard::string() const
+{
+    const auto present = host ? host->pasteboardText() : std::string();
+    return isOwn && present == outside ? text : present;
+}
 
 void UIPasteboard::setString(const std::string& newText)
 {
@@ -19,6 +23,7 @@ void UIPasteboard::setString(const std::string& newText)
         NSLog("text of " + std::to_string(newText.size())
             + " bytes not copied for other applications: the desktop does not take it");
     text = isOwn ? newText : std::string();
+    outside = isOwn && host ? host->pasteboardText() : std::string();
 }
 
 void UIPasteboard::setHost(UIPasteboardHost* newHost)
@@ -26,6 +31,7 @@ void UIPasteboard::setHost(UIPasteboardHost* newHost)
     host = newHost;
     isOwn = !host;
     text.clear();
+    outside.clear();
 }
 
 } // namespace platform

@@ -19,7 +19,7 @@ public:
 
     std::string string() const; // UTF-8; empty when it holds no text
     bool hasStrings() const { return !string().empty(); }
-    // One console line when the outside does not take it; it can be pasted here all the same.
+    // One console line when the outside does not take it; it can be pasted here all the same, until somebody copies outside.
     void setString(const std::string& text);
 
     // Host side. Without a host texts stay inside the application.
@@ -29,7 +29,8 @@ private:
     UIPasteboard() = default;
     UIPasteboardHost* host = nullptr;
     std::string text; // what the host has not taken
-    bool isOwn = true; // the text counts, not the host's
+    std::string outside; // what the host had then
+    bool isOwn = true; // the text counts, while the host still has that
 };
 
 } // namespace platform
