@@ -5,13 +5,16 @@
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIScreen.h"
 #include "Platform/UIKit/UIScrollView.h"
+#include "Platform/UIKit/UITextField.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Tests/Support/VirtualDisplay.h"
 
+#include <SDL_clipboard.h>
 #include <SDL_events.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstring>
 #include <future>
 #include <sys/resource.h>
 #include <thread>
@@ -192,6 +195,76 @@ TEST_F(WindowHostTest, obeysItsKeysAndTypesTheOthers)
     EXPECT_EQ(turned.width, 568);
     EXPECT_EQ(turned.height, 320);
     EXPECT_EQ(catcher->typed, "a<\n\t");
+}
+
+// The window's field is written in: with keys, through an input method, with the desktop's clipboard.
+TEST_F(WindowHostTest, writesWithTheDesktopsMeans)
+{
+    open();
+    const auto field = make<UITextField>();
+    field->setFrame({ 20, 60, 280, 40 });
+    window->addSubview(field);
+    field->becomeFirstResponder();
+    const auto push = [&](SDL_Event event) {
+        onMain([&] { return SDL_PushEvent(&event); });
+        settle();
+    };
+    struct Seen {
+        std::string text;
+        NSRange marked, selected;
+        bool operator==(const Seen&) const = default;
+    };
+    const auto look = [&] {
+        return onMain([&] { return Seen { field->text(), field->markedRange().value_or(NSRange {}), field->selectedRange() }; });
+    };
+    const auto covered = [&] { return onMain([&] { return host->device().state().keyboardHeight; }); };
+    play([&] {
+        EXPECT_EQ(covered(), 260);
+        display->pressKey("k", true);
+        settle();
+        EXPECT_EQ(covered(), 0) << "Control+K takes the keyboard away";
+        display->pressKey("k", true);
+        settle();
+        EXPECT_EQ(covered(), 260);
+
+        SDL_Event composed {};
+        composed.type = SDL_TEXTEDITING;
+        std::strcpy(composed.edit.text, "\u4f60\u597d");
+        composed.edit.start = 1;
+        push(composed);
+        EXPECT_EQ(look(), (Seen { "\u4f60\u597d", { 0, 6 }, { 3, 0 } })) << "the caret is counted in characters there";
+        composed = {};
+        composed.type = SDL_TEXTEDITING_EXT;
+        composed.editExt.text = SDL_strdup("ni hao");
+        composed.editExt.start = 100;
+        push(composed);
+        EXPECT_EQ(look(), (Seen { "ni hao", { 0, 6 }, { 6, 0 } }));
+        SDL_Event chosen {};
+        chosen.type = SDL_TEXTINPUT;
+        std::strcpy(chosen.text.text, "\u4f60");
+        push(chosen);
+        EXPECT_EQ(look(), (Seen { "\u4f60", {}, { 3, 0 } }));
+
+        for (const char* key : { "a", "x" })
+            display->pressKey(key, true);
+        settle();
+        EXPECT_EQ(look().text, "");
+        const auto onClipboard = [&] {
+            return onMain([] {
+                char* text = SDL_GetClipboardText();
+                const std::string copy = text;
+                SDL_free(text);
+                return copy;
+            });
+        };
+        EXPECT_EQ(onClipboard(), "\u4f60");
+        onMain([] { return SDL_SetClipboardText("two\nlines"); });
+        for (const char* key : { "v", "a", "c" })
+            display->pressKey(key, true);
+        settle();
+        EXPECT_EQ(look(), (Seen { "two lines", {}, { 0, 9 } }));
+        EXPECT_EQ(onClipboard(), "two lines");
+    });
 }
 
 TEST_F(WindowHostTest, becomesADeviceOfTheSizeThatItIsDrawnTo)
