@@ -1,10 +1,10 @@
 #include "Platform/AVFoundation/VideoKernels.h"
 
+#include "Platform/AVFoundation/VideoKernelsAVX2.h"
 #include "Platform/CoreGraphics/ProcessorClones.h"
 
 #include <bit>
 #include <cmath>
-#include <cstring>
 
 #define INLINE inline __attribute__((always_inline))
 
@@ -13,21 +13,6 @@ namespace platform::videoKernels {
 namespace {
 
 constexpr int rounding = 16; // half a byte's step in 1/32
-
-using Bytes = std::uint8_t __attribute__((vector_size(blockSize)));
-using Samples = Sample __attribute__((vector_size(2 * blockSize)));
-
-INLINE void pick(Samples& to, const Bytes& from, const std::uint8_t* places)
-{
-#if defined(__clang__) // has no shuffle by variable places
-    for (int i = 0; i < blockSize; ++i)
-        to[i] = Sample(from[places[i]]);
-#else
-    Bytes at;
-    std::memcpy(&at, places, sizeof at);
-    to = __builtin_convertvector(__builtin_shuffle(from, at), Samples);
-#endif
-}
 
 // value * factor / 32768, to the nearest: one instruction for many, in this very form.
 INLINE Sample times(Sample value, Sample factor) { return Sample(((int(value) * int(factor) >> 14) + 1) >> 1); }
@@ -46,20 +31,6 @@ Sample factor(double value) { return Sample(std::lround(value * 32768 * 32 / one
 
 // Clones are functions of their own name, as one compiler wants every declaration marked.
 namespace loops {
-
-MIVORA_CLONES void stretch(Sample* to, const std::uint8_t* row, const Block* blocks, int blockCount)
-{
-    for (int i = 0; i < blockCount; ++i) {
-        Bytes bytes;
-        Samples left, right, share;
-        std::memcpy(&bytes, row + blocks[i].first, sizeof bytes);
-        pick(left, bytes, blocks[i].left);
-        pick(right, bytes, blocks[i].right);
-        std::memcpy(&share, blocks[i].share, sizeof share);
-        left = left * one + (right - left) * share;
-        std::memcpy(to + i * blockSize, &left, sizeof left);
-    }
-}
 
 MIVORA_CLONES void stretchFar(Sample* __restrict to, const std::uint8_t* __restrict row, int last,
     const std::int32_t* __restrict left, const Sample* __restrict share, int count)
@@ -131,7 +102,11 @@ Matrix Matrix::make(bool isHighDefinition, bool isFullRange)
 
 void stretch(Sample* to, const std::uint8_t* row, const Block* blocks, int blockCount)
 {
-    loops::stretch(to, row, blocks, blockCount);
+#ifdef MIVORA_VIDEO_KERNELS_AVX2
+    if (avx2::isSupported())
+        return avx2::stretch(to, row, blocks, blockCount);
+#endif
+    portable::stretch(to, row, blocks, blockCount);
 }
 void stretchFar(Sample* to, const std::uint8_t* row, int last, const std::int32_t* left, const Sample* share, int count)
 {
@@ -144,11 +119,30 @@ void toTint(Sample* to, int stride, const Sample* u, const Sample* v, int count,
 }
 void color(std::uint32_t* to, const Neighbours& light, const Neighbours& tint, int tintStride, int count)
 {
-    loops::color(reinterpret_cast<loops::Half*>(to), light, tint, tintStride, count);
+#ifdef MIVORA_VIDEO_KERNELS_AVX2
+    if (count >= avx2::leastCount && avx2::isSupported())
+        return avx2::color(to, light, tint, tintStride, count);
+#endif
+    portable::color(to, light, tint, tintStride, count);
 }
 void halve(std::uint8_t* to, const std::uint8_t* upper, const std::uint8_t* lower, int count)
 {
     loops::halve(to, upper, lower, count);
+}
+
+void portable::stretch(Sample* to, const std::uint8_t* row, const Block* blocks, int blockCount)
+{
+    for (int i = 0; i < blockCount; ++i) {
+        const auto& [first, pairs, weights] = blocks[i];
+        for (int j = 0; j < blockSize; ++j) {
+            const int below0 = row[first + pairs[2 * j]] * weights[2 * j] + row[first + pairs[2 * j + 1]] * weights[2 * j + 1];
+            to[i * blockSize + j] = Sample(-below0);
+        }
+    }
+}
+void portable::color(std::uint32_t* to, const Neighbours& light, const Neighbours& tint, int tintStride, int count)
+{
+    loops::color(reinterpret_cast<loops::Half*>(to), light, tint, tintStride, count);
 }
 
 } // namespace platform::videoKernels

@@ -13,8 +13,8 @@ constexpr int blockSize = 16; // results
 // Sixteen neighbouring results, each between two of sixteen neighbouring bytes.
 struct Block {
     std::int32_t first; // of the bytes
-    std::uint8_t left[blockSize], right[blockSize]; // counted from it
-    Sample share[blockSize]; // of the right one, 0 to 128
+    std::uint8_t pairs[2 * blockSize]; // the left and the right one of each, counted from it
+    std::int8_t weights[2 * blockSize]; // theirs; below 0 and -128 together, as a signed byte holds no 128
 };
 
 // Bytes mixed with their neighbours, times `one`.

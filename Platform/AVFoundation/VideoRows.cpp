@@ -34,15 +34,17 @@ VideoRows::Columns::Columns(const Axis& axis, int blockCount)
     }
     for (int b = 0; b < blockCount; ++b) {
         const std::int32_t* places = left.data() + b * blockSize;
-        videoKernels::Block block { std::clamp(places[0], 0, std::max(last + 1 - blockSize, 0)), {}, {}, {} };
+        videoKernels::Block block { std::clamp(places[0], 0, std::max(last + 1 - blockSize, 0)), {}, {} };
         if (last + 1 < blockSize || std::min(places[blockSize - 1] + 1, last) - block.first >= blockSize) {
             blocks.clear();
             return;
         }
         for (int i = 0; i < blockSize; ++i) {
-            block.left[i] = std::uint8_t(places[i] - block.first);
-            block.right[i] = std::uint8_t(std::min(places[i] + 1, last) - block.first);
-            block.share[i] = share[std::size_t(b * blockSize + i)];
+            const int ofRight = share[std::size_t(b * blockSize + i)];
+            block.pairs[2 * i] = std::uint8_t(places[i] - block.first);
+            block.pairs[2 * i + 1] = std::uint8_t(std::min(places[i] + 1, last) - block.first);
+            block.weights[2 * i] = std::int8_t(ofRight - videoKernels::one);
+            block.weights[2 * i + 1] = std::int8_t(-ofRight);
         }
         blocks.push_back(block);
     }
