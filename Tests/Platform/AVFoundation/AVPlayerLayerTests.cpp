@@ -147,8 +147,10 @@ TEST_F(AVPlayerLayerTest, showsThePresentWhenItComesIntoSight)
     layer->setHidden(true);
     host.advance(0.2);
     const long converted = layer->convertedPixelCount();
+    const int frames = host.frameCount();
     host.advance(0.5);
     EXPECT_EQ(layer->convertedPixelCount(), converted);
+    EXPECT_EQ(host.frameCount(), frames) << "what nobody sees asks for no frames";
     layer->setHidden(false);
     host.advance(0);
     EXPECT_EQ(shownFrame(), 27);

@@ -165,24 +165,6 @@ TEST_F(RealTimeMediaTest, soundReachesTheDeviceUnlessMuted)
     EXPECT_EQ(player->takeAudioPeak(), 0);
 }
 
-TEST_F(RealTimeMediaTest, convertsNothingForALayerThatNobodySees)
-{
-    open(films.plain());
-    player->play();
-    ASSERT_TRUE(runUntilPlaying());
-    run(0.2);
-    layer->setHidden(true);
-    run(0.2);
-    const long converted = layer->convertedPixelCount();
-    const int drawn = frames;
-    run(0.5);
-    EXPECT_EQ(layer->convertedPixelCount(), converted);
-    EXPECT_LE(frames - drawn, 1) << "and asks for no frames";
-    layer->setHidden(false);
-    run(0.1);
-    EXPECT_NEAR(shownFrame().value_or(-1), player->currentTime() * 30, 4) << "seen again it shows the present";
-}
-
 TEST_F(RealTimeMediaTest, waitsForASlowServer)
 {
     const std::string answer = RawServer::response(films.bytes(films.plain()), "video/mp4");

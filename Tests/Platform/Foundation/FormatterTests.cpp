@@ -107,14 +107,6 @@ TEST_F(FormatterTests, followsTheDevicesLocaleAndZone)
     EXPECT_EQ(formatter.string(spring), "März 14, 1:00 PM");
 }
 
-TEST_F(FormatterTests, theSpaceBeforeAMAndPMIsAnOrdinaryOne)
-{
-    IcuModule* const icu = loadModule<IcuModule>("icu");
-    ASSERT_NE(icu, nullptr);
-    EXPECT_EQ(icu->formatDate(spring.secondsSince1970, "h:mm a", "en-US", "UTC"), "12:00 PM");
-    EXPECT_EQ(icu->formatDate(spring.secondsSince1970, "h:mm a", "en-US-POSIX", "UTC"), "12:00 PM");
-}
-
 TEST_F(FormatterTests, anUnknownZoneIsSaidOnceAndCountsAsUTC)
 {
     EXPECT_EQ(written(spring, cardPattern, "en_US_POSIX", "Mars/Olympus"), "Mar 14, 12:00 PM");

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <ostream>
 #include <random>
 
@@ -228,7 +227,6 @@ TEST(LinkDetector, hugeTextsTakeTheirLengthsTime)
             text += part;
         return text;
     };
-    const auto begin = std::chrono::steady_clock::now();
     for (const char* const part :
         { "a", "a.", ".", "-", "a-", "@", "a@", ":", "http://", "http://a", "http://a,", "http://a:", "://", "http://a.com/(",
             "https://a.com/)", "http://[", "()", "a.com ", "a.com/", "\u00e4.", "\u4f8b", "\xff", "x.io?" }) {
@@ -237,7 +235,6 @@ TEST(LinkDetector, hugeTextsTakeTheirLengthsTime)
     }
     EXPECT_EQ(detectLinks("https://a.com/" + repeated(")")).at(0).address, "https://a.com/");
     EXPECT_EQ(detectLinks("https://a.com/" + repeated("x")).at(0).length, 400'014u);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 } // namespace

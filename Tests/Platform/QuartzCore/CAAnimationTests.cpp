@@ -4,6 +4,7 @@
 #include "Platform/QuartzCore/CAGradientLayer.h"
 #include "Platform/QuartzCore/CAShapeLayer.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -49,6 +50,24 @@ std::shared_ptr<CAKeyframeAnimation> keyframes(std::string keyPath, std::vector<
     animation->keyTimes = std::move(times);
     animation->duration = 1;
     return animation;
+}
+
+// Shows its end for good.
+template <typename Animation> std::shared_ptr<Animation> kept(std::shared_ptr<Animation> animation)
+{
+    animation->fillMode = CAMediaTimingFillMode::forwards;
+    animation->removedOnCompletion = false;
+    return animation;
+}
+
+testing::AssertionResult isNear(const CGAffineTransform& shown, const CGAffineTransform& expected)
+{
+    const auto off = [&](auto part) { return std::abs(shown.*part - expected.*part); };
+    using T = CGAffineTransform;
+    return std::max({ off(&T::a), off(&T::b), off(&T::c), off(&T::d), off(&T::tx), off(&T::ty) }) < near
+        ? testing::AssertionSuccess()
+        : testing::AssertionFailure() << testing::PrintToString(
+              std::array { shown.a, shown.b, shown.c, shown.d, shown.tx, shown.ty });
 }
 
 std::shared_ptr<const CAMediaTimingFunction> curve(const CAMediaTimingFunction& function)
@@ -177,13 +196,11 @@ TEST_F(CAAnimationTest, repeatsReversesAndShifts)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
-        auto animation = basic("opacity", 0.0, 1.0);
+        auto animation = kept(basic("opacity", 0.0, 1.0));
         animation->repeatCount = c.repeatCount;
         animation->autoreverses = c.autoreverses;
         animation->speed = c.speed;
         animation->timeOffset = c.timeOffset;
-        animation->fillMode = CAMediaTimingFillMode::forwards;
-        animation->removedOnCompletion = false;
         run(animation);
         EXPECT_NEAR(at(c.time), c.value, near);
     }
@@ -366,11 +383,9 @@ TEST_F(CAAnimationTest, clipsAndEasesMembersByTheGroup)
 
 TEST_F(CAAnimationTest, showsAGroupsLastMomentWhenItFills)
 {
-    auto group = make<CAAnimationGroup>();
+    auto group = kept(make<CAAnimationGroup>());
     group->animations = { basic("opacity", 0.0, 0.5, 0) }; // without a duration: the group's
     group->duration = 2;
-    group->fillMode = CAMediaTimingFillMode::forwards;
-    group->removedOnCompletion = false;
     run(group);
     EXPECT_NEAR(at(1), 0.25, near);
     frame(20);
@@ -396,10 +411,7 @@ TEST_F(CAAnimationTest, replacesPartsOfATransform)
     layer->setTransform(CGAffineTransform::scale(2, 3).then(CGAffineTransform::translation(5, 6)));
     run(basic("transform.rotation", 0.0, pi), "turn");
     auto shown = std::get<CGAffineTransform>(layer->presentationValue("transform", 10.5));
-    EXPECT_NEAR(shown.a, 0, near);
-    EXPECT_NEAR(shown.b, 2, near);
-    EXPECT_NEAR(shown.c, -3, near);
-    EXPECT_EQ(shown.tx, 5);
+    EXPECT_TRUE(isNear(shown, { 0, 2, -3, 0, 5, 6 }));
     run(basic("transform.scale", 0.0, 1.0), "grow");
     shown = std::get<CGAffineTransform>(layer->presentationValue("transform", 10));
     EXPECT_EQ(shown.determinant(), 0);
@@ -429,12 +441,7 @@ TEST_F(CAAnimationTest, interpolatesTransformsByTheirParts)
         SCOPED_TRACE(c.why);
         run(basic("transform", c.from, c.to));
         const auto shown = std::get<CGAffineTransform>(layer->presentationValue("transform", 10.5));
-        EXPECT_NEAR(shown.a, c.half.a, near);
-        EXPECT_NEAR(shown.b, c.half.b, near);
-        EXPECT_NEAR(shown.c, c.half.c, near);
-        EXPECT_NEAR(shown.d, c.half.d, near);
-        EXPECT_NEAR(shown.tx, c.half.tx, near);
-        EXPECT_NEAR(shown.ty, c.half.ty, near);
+        EXPECT_TRUE(isNear(shown, c.half));
     }
 }
 
@@ -454,10 +461,7 @@ TEST_F(CAAnimationTest, keepsAGradientsNewColoursUntilReplaced)
     const auto gradient = add<CAGradientLayer>({ 0, 0, 10, 10 });
     gradient->setColors({ black, black });
     const auto change = [&](std::vector<CGColor> colors) {
-        auto animation = basic("colors", {}, std::move(colors), 0.25);
-        animation->fillMode = CAMediaTimingFillMode::forwards;
-        animation->removedOnCompletion = false;
-        gradient->addAnimation(animation, "colorChange");
+        gradient->addAnimation(kept(basic("colors", {}, std::move(colors), 0.25)), "colorChange");
     };
     const auto shown = [&](double time) { return std::get<std::vector<CGColor>>(gradient->presentationValue("colors", time)); };
     change({ white, white });

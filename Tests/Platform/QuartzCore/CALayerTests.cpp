@@ -7,14 +7,13 @@
 #include "Tests/Platform/QuartzCore/LayerTestSupport.h"
 
 #include <cmath>
+#include <deque>
 #include <functional>
 #include <numbers>
 
 namespace platform {
 
 namespace {
-
-class CALayerTest : public LayerScreen { };
 
 // A view's part: animates what it is told to, notes what it is asked, lays out and draws.
 class Owner final : public CALayerDelegate {
@@ -45,6 +44,25 @@ public:
     int layouts = 0;
     int drawings = 0;
     std::function<void(CALayer&)> onLayout;
+};
+
+class CALayerTest : public LayerScreen {
+protected:
+    ~CALayerTest() override
+    {
+        for (const auto& layer : owned)
+            layer->setDelegate(nullptr);
+    }
+    Owner& own(const std::shared_ptr<CALayer>& layer)
+    {
+        owned.push_back(layer);
+        layer->setDelegate(&owners.emplace_back());
+        return owners.back();
+    }
+
+private:
+    std::deque<Owner> owners;
+    std::vector<std::shared_ptr<CALayer>> owned;
 };
 
 } // namespace
@@ -138,8 +156,7 @@ TEST_F(CALayerTest, keepsItsGeometryWhenGivenNoNumbers)
 TEST_F(CALayerTest, asksItsOwnerForActionsOnRealChanges)
 {
     const auto layer = addBox({ 0, 0, 10, 10 });
-    Owner owner;
-    layer->setDelegate(&owner);
+    Owner& owner = own(layer);
     const auto changes = layer->changeCount();
     layer->setFrame({ 0, 0, 10, 10 });
     layer->setOpacity(1);
@@ -157,7 +174,6 @@ TEST_F(CALayerTest, asksItsOwnerForActionsOnRealChanges)
     layer->setOpacity(0.25);
     EXPECT_EQ(owner.asked, "bounds position opacity ");
     EXPECT_FALSE(layer->hasAnimations());
-    layer->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, comparesPathsByTheirPoints)
@@ -174,9 +190,8 @@ TEST_F(CALayerTest, comparesPathsByTheirPoints)
 TEST_F(CALayerTest, animatesFromWhatIsSeenAtPresent)
 {
     const auto layer = addBox({ 0, 0, 10, 10 });
-    Owner owner;
+    Owner& owner = own(layer);
     owner.animates = true;
-    layer->setDelegate(&owner);
     frame(10);
     layer->setPosition({ 105, 5 });
     frame(10);
@@ -190,19 +205,16 @@ TEST_F(CALayerTest, animatesFromWhatIsSeenAtPresent)
     layer->setPosition({ 45, 5 }); // twice in one turn: still from what is seen
     layer->setPosition({ 15, 5 });
     EXPECT_EQ(point(*layer, "position", 10.5), (CGPoint { 55, 5 }));
-    layer->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, fadesInAColourThatWasNotThere)
 {
     const auto layer = add({ 0, 0, 10, 10 });
-    Owner owner;
+    Owner& owner = own(layer);
     owner.animates = true;
-    layer->setDelegate(&owner);
     layer->setBackgroundColor(CGColor { 1, 1, 1, 1 });
     frame(10);
     EXPECT_EQ(std::get<CGColor>(layer->presentationValue("backgroundColor", 10.25)), (CGColor { 1, 1, 1, 0.25 }));
-    layer->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, laysOutMarkedLayersOnly)
@@ -210,10 +222,7 @@ TEST_F(CALayerTest, laysOutMarkedLayersOnly)
     const auto marked = add({ 0, 0, 10, 10 }), still = add({ 0, 0, 10, 10 });
     const auto below = add({ 0, 0, 5, 5 }, marked);
     frame(1);
-    Owner markedOwner, stillOwner, belowOwner;
-    marked->setDelegate(&markedOwner);
-    still->setDelegate(&stillOwner);
-    below->setDelegate(&belowOwner);
+    Owner &markedOwner = own(marked), &stillOwner = own(still), &belowOwner = own(below);
     markedOwner.onLayout = [&](CALayer&) { below->setFrame({ 0, 0, 7, 7 }); };
     marked->setNeedsLayout();
     frame(2);
@@ -225,29 +234,24 @@ TEST_F(CALayerTest, laysOutMarkedLayersOnly)
     still->setFrame({ 50, 0, 10, 10 });
     frame(4);
     EXPECT_EQ(stillOwner.layouts, 0) << "a new place alone changes nothing inside";
-    for (const auto& layer : { marked, still, below })
-        layer->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, laysOutWhatALayoutMovesAround)
 {
     // Each layout puts its marked sublayers into another order, and one of them into another layer.
     const auto container = add({ 0, 0, 50, 50 }), elsewhere = add({ 0, 0, 50, 50 });
-    Owner owners[3];
     std::shared_ptr<CALayer> inner[3];
-    for (int i = 0; i < 3; ++i) {
-        inner[i] = add({ 0, 0, 5, 5 }, container);
-        inner[i]->setDelegate(&owners[i]);
-    }
-    owners[0].onLayout = [&](CALayer& layer) {
+    Owner* owners[3];
+    for (int i = 0; i < 3; ++i)
+        owners[i] = &own(inner[i] = add({ 0, 0, 5, 5 }, container));
+    owners[0]->onLayout = [&](CALayer& layer) {
         container->addSublayer(layer.sublayers().empty() ? inner[0] : nullptr);
         elsewhere->addSublayer(inner[1]);
     };
     frame(1);
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(owners[i].layouts, 1) << i;
+        EXPECT_EQ(owners[i]->layouts, 1) << i;
         EXPECT_FALSE(inner[i]->needsLayout());
-        inner[i]->setDelegate(nullptr);
     }
 }
 
@@ -256,9 +260,7 @@ TEST_F(CALayerTest, laysOutAtOnceFromTheTopmostMarkedOne)
     const auto outer = add({ 0, 0, 10, 10 });
     const auto middle = add({ 0, 0, 10, 10 }, outer), leaf = add({ 0, 0, 10, 10 }, middle);
     frame(1);
-    Owner outerOwner, leafOwner;
-    outer->setDelegate(&outerOwner);
-    leaf->setDelegate(&leafOwner);
+    Owner &outerOwner = own(outer), &leafOwner = own(leaf);
     outer->setNeedsLayout();
     leaf->setNeedsLayout();
     leaf->layoutIfNeeded();
@@ -269,28 +271,23 @@ TEST_F(CALayerTest, laysOutAtOnceFromTheTopmostMarkedOne)
     leaf->layoutIfNeeded();
     EXPECT_EQ(outerOwner.layouts, 1);
     EXPECT_EQ(leafOwner.layouts, 2);
-    outer->setDelegate(nullptr);
-    leaf->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, givesUpALayoutThatNeverSettles)
 {
     const auto layer = add({ 0, 0, 10, 10 });
-    Owner owner;
+    Owner& owner = own(layer);
     owner.onLayout = [](CALayer& marked) { marked.setNeedsLayout(); };
-    layer->setDelegate(&owner);
     LogCapture log;
     frame(1);
     EXPECT_EQ(owner.layouts, 100);
     EXPECT_EQ(log.lines().size(), 1u);
-    layer->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, drawsOnceWhenSeenAndAgainWhenMarked)
 {
     const auto layer = add({ 0, 0, 10, 10 });
-    Owner owner;
-    layer->setDelegate(&owner);
+    Owner& owner = own(layer);
     layer->setDrawsContent(true);
     layer->setHidden(true);
     frame(1);
@@ -311,7 +308,6 @@ TEST_F(CALayerTest, drawsOnceWhenSeenAndAgainWhenMarked)
     LayerCommitter::display({ root }, 3);
     LayerCommitter::commit({ root }, 7, 3, { 0, 0, 300, 600 });
     EXPECT_EQ(owner.drawings, 4) << "so does a new scale";
-    layer->setDelegate(nullptr);
 }
 
 TEST_F(CALayerTest, drawsWhatAnimationOrScrollingBringsIntoSight)
@@ -319,9 +315,7 @@ TEST_F(CALayerTest, drawsWhatAnimationOrScrollingBringsIntoSight)
     const auto scroller = add({ 0, 0, 100, 100 });
     scroller->setMasksToBounds(true);
     const auto below = add({ 0, 150, 10, 10 }, scroller), flying = add({ 500, 0, 10, 10 }, scroller);
-    Owner belowOwner, flyingOwner;
-    below->setDelegate(&belowOwner);
-    flying->setDelegate(&flyingOwner);
+    Owner &belowOwner = own(below), &flyingOwner = own(flying);
     below->setDrawsContent(true);
     flying->setDrawsContent(true);
     frame(1);
@@ -333,8 +327,6 @@ TEST_F(CALayerTest, drawsWhatAnimationOrScrollingBringsIntoSight)
     scroller->setBounds({ 0, 0, 100, 100 });
     EXPECT_EQ(kindsOf(frame(3)), "I");
     EXPECT_EQ(flyingOwner.drawings, 1);
-    below->setDelegate(nullptr);
-    flying->setDelegate(nullptr);
 }
 
 } // namespace platform

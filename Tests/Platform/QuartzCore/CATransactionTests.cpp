@@ -229,24 +229,6 @@ TEST_F(AnimationEnds, doNotHoldUpAFrameByChaining)
     frame(10.2); // the one that waits still refers to this test
 }
 
-TEST_F(AnimationEnds, reachAFlyingIconThatWasAddedAfterItsTransaction)
-{
-    // The icon's animation is added before the icon itself, and its completion removes it.
-    auto icon = make<CALayer>();
-    CATransaction::begin();
-    CATransaction::setCompletionBlock([&] { icon->removeFromSuperlayer(); });
-    auto group = make<CAAnimationGroup>();
-    group->animations = { basic("transform.scale", 1.0, 0.0, 3) };
-    group->duration = 3;
-    icon->addAnimation(group);
-    CATransaction::commit();
-    root->addSublayer(icon);
-    frame(10);
-    EXPECT_EQ(icon->superlayer(), root.get());
-    frame(13);
-    EXPECT_EQ(icon->superlayer(), nullptr);
-}
-
 TEST_F(AnimationEnds, followTheTransactionsDurationAndCurve)
 {
     CATransaction::begin();
