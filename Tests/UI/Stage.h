@@ -56,14 +56,33 @@ protected:
     static CGRect onScreen(const UIView& view) { return view.convertTo(view.bounds(), nullptr); }
     static CGPoint middle(const UIView& view) { return { onScreen(view).midX(), onScreen(view).midY() }; }
 
-    // The same to within what floating point makes of thirds of a point.
-    static testing::AssertionResult isNear(const CGRect& shown, const CGRect& expected)
+    // By default the same to within what floating point makes of thirds of a point.
+    static testing::AssertionResult isNear(const CGRect& shown, const CGRect& expected, double tolerance = 1e-6)
     {
         const double off = std::max({ std::abs(shown.x - expected.x), std::abs(shown.y - expected.y),
             std::abs(shown.width - expected.width), std::abs(shown.height - expected.height) });
-        if (off < 1e-6)
+        if (off <= tolerance)
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << testing::PrintToString(shown) << " is not " << testing::PrintToString(expected);
+    }
+
+    void turn(UIDeviceOrientation orientation)
+    {
+        host.rotate(orientation);
+        host.advance(1);
+    }
+    // What the screen shows at that point, as 0xRRGGBB.
+    std::uint32_t pixel(CGPoint point)
+    {
+        const double scale = host.device().model().scale;
+        return host.pixels().row(int(point.y * scale))[int(point.x * scale)] & 0xffffff;
+    }
+    // Of the console, since the last call.
+    std::vector<std::string> takeLines()
+    {
+        auto lines = console.lines();
+        console.clear();
+        return lines;
     }
 
     LogCapture console;

@@ -220,7 +220,7 @@ TEST_F(MVBlurButtonTest, blursWhatLiesBehindAndTakesThePress)
     blur->button()->addAction(UIControlEvent::touchUpInside, [&] { ++presses; });
     host.advance(0);
     EXPECT_EQ(onScreen(*blur->button()), (CGRect { 20, 120, 44, 44 }));
-    const auto tone = [&](double x) { return int(host.pixels().row(142 * 3)[int(x * 3)] & 0xff); };
+    const auto tone = [&](double x) { return int(pixel({ x, 142 }) & 0xff); };
     EXPECT_NEAR(tone(42), tone(43), 6) << "the stripes behind are gone";
     EXPECT_LT(tone(42), 120) << "the backing is dark";
     const auto pressable = blur->button();

@@ -41,23 +41,10 @@ protected:
         EXPECT_EQ(imageName(button), image);
     }
     // Where the layout wants it, to the nearest device pixels.
-    static testing::AssertionResult isOnPixelsOf(const CGRect& shown, const CGRect& wanted)
-    {
-        for (const double off :
-            { shown.x - wanted.x, shown.y - wanted.y, shown.width - wanted.width, shown.height - wanted.height }) {
-            if (std::abs(off) > 0.2)
-                return testing::AssertionFailure()
-                    << testing::PrintToString(shown) << " is not " << testing::PrintToString(wanted);
-        }
-        return testing::AssertionSuccess();
-    }
+    static testing::AssertionResult isOnPixelsOf(const CGRect& shown, const CGRect& wanted) { return isNear(shown, wanted, 0.2); }
     static bool isRound(const UIView& view)
     {
         return view.clipsToBounds() && view.layer()->cornerRadius() == view.frame().height / 2;
-    }
-    unsigned pixel(CGPoint point) const // 0xRRGGBB
-    {
-        return const_cast<HeadlessHost&>(host).pixels().row(int(point.y * 3))[int(point.x * 3)] & 0xffffff;
     }
 
     std::shared_ptr<BroadcastScreenButtonsContainerView> buttons;
@@ -221,8 +208,7 @@ TEST_F(ScreenButtonsTest, inLandscapeTheTogglesTakeNoSpace)
     int presses = 0;
     underneath->addAction(UIControlEvent::touchUpInside, [&] { ++presses; });
     for (const auto orientation : { UIDeviceOrientation::landscapeLeft, UIDeviceOrientation::landscapeRight }) {
-        host.rotate(orientation);
-        host.advance(1);
+        turn(orientation);
         EXPECT_TRUE(isOnPixelsOf(onScreen(*buttons), { 852 - 59 - 15 - 37.5, 15, 37.5, 37.5 }));
         EXPECT_TRUE(isOnPixelsOf(onScreen(*close()), onScreen(*buttons)));
         for (const auto& toggle : { chat(), products() }) {
@@ -232,8 +218,7 @@ TEST_F(ScreenButtonsTest, inLandscapeTheTogglesTakeNoSpace)
         const CGPoint below { onScreen(*buttons).midX(), 15 + 37.5 + 10 };
         EXPECT_EQ(pixel(below), pixel({ 10, 10 }));
         host.tap(below);
-        host.rotate(UIDeviceOrientation::portrait);
-        host.advance(1);
+        turn(UIDeviceOrientation::portrait);
         EXPECT_TRUE(isOnPixelsOf(onScreen(*products()), { left, top + 105, 37.5, 37.5 }));
         EXPECT_TRUE(isRound(*products()));
     }
@@ -255,12 +240,10 @@ TEST_F(ScreenButtonsTest, togglesShrinkRoundWithinAQuarterOfASecond)
 
 TEST_F(ScreenButtonsTest, whatIsShownInLandscapeIsThereAfterTurningBack)
 {
-    host.rotate(UIDeviceOrientation::landscapeLeft);
-    host.advance(1);
+    turn(UIDeviceOrientation::landscapeLeft);
     showAll();
     EXPECT_NEAR(onScreen(*buttons).height, 37.5, 0.2);
-    host.rotate(UIDeviceOrientation::portrait);
-    host.advance(1);
+    turn(UIDeviceOrientation::portrait);
     EXPECT_TRUE(isOnPixelsOf(onScreen(*chat()), { left, top + 52.5, 37.5, 37.5 }));
     EXPECT_TRUE(isRound(*chat()));
     for (const auto orientation : { UIDeviceOrientation::portraitUpsideDown, UIDeviceOrientation::unknown }) {
@@ -273,8 +256,7 @@ TEST_F(ScreenButtonsTest, whatIsShownInLandscapeIsThereAfterTurningBack)
 TEST_F(ScreenButtonsTest, startsAsTheDeviceIsHeld)
 {
     buttons->removeFromSuperview();
-    host.rotate(UIDeviceOrientation::landscapeRight);
-    host.advance(1);
+    turn(UIDeviceOrientation::landscapeRight);
     buttons = addButtons();
     EXPECT_FALSE(chat()->layer()->hasAnimations());
     showAll();

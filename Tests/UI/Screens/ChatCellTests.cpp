@@ -197,18 +197,6 @@ TEST_F(ChatCellTest, aLinkIsOpenedByATapAndByNothingElse)
     EXPECT_EQ(opened(), all);
 }
 
-TEST_F(ChatCellTest, aDragFromALinkScrollsTheChat)
-{
-    for (int i = 0; i < 30; ++i)
-        say(message("Mia", "all at example.com"));
-    const CGPoint link = pointOn("http://example.com", 3);
-    const double before = table->contentOffset().y;
-    host.drag(link, { link.x, link.y + 90 }, 0.3);
-    EXPECT_GT(table->contentOffset().y, before + 60);
-    host.advance(3);
-    EXPECT_EQ(opened(), std::vector<std::string> {});
-}
-
 TEST_F(ChatCellTest, offersNoSelectionNoMenuAndNoKeyboard)
 {
     say(message("Mia", "Hi"));

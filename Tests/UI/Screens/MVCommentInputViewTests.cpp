@@ -19,7 +19,6 @@ protected:
         host.setHardwareKeyboard(true); // nothing lifts the bar above one on the screen here
         show();
     }
-    ~MVCommentInputViewTest() override { host.setDirection(UIUserInterfaceLayoutDirection::leftToRight); }
 
     void show()
     {
@@ -96,8 +95,7 @@ TEST_F(MVCommentInputViewTest, keepsItsMeasuresOnEveryDevice)
             host.device().setModel(device);
             for (const auto orientation : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeLeft }) {
                 SCOPED_TRACE(device.name + (mirrored ? " mirrored" : ""));
-                host.rotate(orientation);
-                host.advance(0.5);
+                turn(orientation);
                 const CGSize size = host.device().size();
                 expectLayout(size.width, host.device().safeArea(), size.height, mirrored);
             }

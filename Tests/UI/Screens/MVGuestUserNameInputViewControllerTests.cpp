@@ -20,7 +20,6 @@ protected:
         host.advance(0);
         show();
     }
-    ~MVGuestUserNameInputViewControllerTest() override { host.setDirection(UIUserInterfaceLayoutDirection::leftToRight); }
 
     void show()
     {
@@ -35,13 +34,6 @@ protected:
         return find<View>(prompt->view(), name);
     }
     CGRect place(const std::string& name) const { return onScreen(*part(name)); }
-    static testing::AssertionResult isAbout(const CGRect& shown, const CGRect& expected, double tolerance)
-    {
-        if (std::abs(shown.x - expected.x) <= tolerance && std::abs(shown.y - expected.y) <= tolerance
-            && std::abs(shown.width - expected.width) <= tolerance && std::abs(shown.height - expected.height) <= tolerance)
-            return testing::AssertionSuccess();
-        return testing::AssertionFailure() << testing::PrintToString(shown) << " is not " << testing::PrintToString(expected);
-    }
     bool mayJoin() const { return part<UIButton>("joinButton")->isEnabled(); }
     void press(const std::string& name)
     {
@@ -64,8 +56,7 @@ TEST_F(MVGuestUserNameInputViewControllerTest, liesJustAboveTheMiddleOnEveryDevi
             host.device().setModel(device);
             for (const auto orientation : { UIDeviceOrientation::portrait, UIDeviceOrientation::landscapeRight }) {
                 SCOPED_TRACE(device.name + (mirrored ? " mirrored" : ""));
-                host.rotate(orientation);
-                host.advance(0.5);
+                turn(orientation);
                 const double pixel = 1 / device.scale + 1e-6; // frames lie on whole ones
                 const CGSize size = host.device().size();
                 const CGRect card = place("containerView"), header = place("headerLabel"), name = place("inputTextField"),
@@ -74,19 +65,19 @@ TEST_F(MVGuestUserNameInputViewControllerTest, liesJustAboveTheMiddleOnEveryDevi
                 EXPECT_NEAR(card.midX(), size.width / 2, pixel);
                 EXPECT_NEAR(card.maxY(), size.height / 2 - 20, pixel);
                 EXPECT_NEAR(card.height, header.height + 145, 1e-6);
-                EXPECT_TRUE(isAbout(header, { card.x + 15, card.y + 20, card.width - 30, header.height }, pixel));
+                EXPECT_TRUE(isNear(header, { card.x + 15, card.y + 20, card.width - 30, header.height }, pixel));
                 EXPECT_NEAR(header.height, 23, 0.5) << "one line of 18 points";
-                EXPECT_TRUE(isAbout(name, { card.x + 15, header.maxY() + 20, card.width - 30, 40 }, pixel));
-                EXPECT_TRUE(isAbout(buttons, { card.x, name.maxY() + 20, card.width, 45 }, pixel));
+                EXPECT_TRUE(isNear(name, { card.x + 15, header.maxY() + 20, card.width - 30, 40 }, pixel));
+                EXPECT_TRUE(isNear(buttons, { card.x, name.maxY() + 20, card.width, 45 }, pixel));
                 EXPECT_NEAR(join.width, cancel.width, pixel);
                 EXPECT_NEAR(mirrored ? cancel.maxX() : join.maxX(), mirrored ? join.x : cancel.x, 1e-6);
                 EXPECT_NEAR(mirrored ? cancel.x : join.x, card.x, 1e-6);
                 const auto line = part("joinButton")->viewWithTag(int(mirrored ? BordersViewTag::left : BordersViewTag::right));
                 ASSERT_TRUE(line) << "between the two";
-                EXPECT_TRUE(isAbout(onScreen(*line), { mirrored ? join.x : join.maxX() - 0.8, join.y, 0.8, 45 }, pixel));
+                EXPECT_TRUE(isNear(onScreen(*line), { mirrored ? join.x : join.maxX() - 0.8, join.y, 0.8, 45 }, pixel));
                 const auto top = part("buttonsStackView")->viewWithTag(int(BordersViewTag::top));
                 ASSERT_TRUE(top);
-                EXPECT_TRUE(isAbout(onScreen(*top), { buttons.x, buttons.y, buttons.width, 0.8 }, pixel));
+                EXPECT_TRUE(isNear(onScreen(*top), { buttons.x, buttons.y, buttons.width, 0.8 }, pixel));
             }
             host.rotate(UIDeviceOrientation::portrait);
         }

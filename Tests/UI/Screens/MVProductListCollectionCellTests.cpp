@@ -42,7 +42,6 @@ protected:
     }
     CGRect place(const char* name) { return onScreen(*find(cell, name)); }
     std::shared_ptr<UILabel> title() { return find<UILabel>(cell, "productNameLabel"); }
-    unsigned pixel(double x, double y) { return host.pixels().row(int(y * 3))[int(x * 3)] & 0xffffff; }
 
     const std::shared_ptr<MVProductListCollectionCell> cell = make<MVProductListCollectionCell>();
     const std::string folder
@@ -83,20 +82,20 @@ TEST_F(ProductCardTest, aLongTitleTakesTwoLinesAndAtMostATenthLess)
 TEST_F(ProductCardTest, onlyAFeaturedOneGlows)
 {
     show("Teapot");
-    EXPECT_EQ(pixel(52, 150), behind) << "no glow before it is known";
+    EXPECT_EQ(pixel({ 52, 150 }), behind) << "no glow before it is known";
     feature(true);
-    const unsigned near = pixel(53, 150), far = pixel(45, 150);
+    const unsigned near = pixel({ 53, 150 }), far = pixel({ 45, 150 });
     EXPECT_GT(near & 0xff, far & 0xff) << "white, softer with the distance";
     EXPECT_GT(far & 0xff, 0u);
-    EXPECT_EQ(pixel(34, 150), behind) << "over within four times its radius";
-    EXPECT_GT(pixel(207, 108) & 0xff, 60u) << "above as well";
-    const unsigned card = pixel(200, 120);
+    EXPECT_EQ(pixel({ 34, 150 }), behind) << "over within four times its radius";
+    EXPECT_GT(pixel({ 207, 108 }) & 0xff, 60u) << "above as well";
+    const unsigned card = pixel({ 200, 120 });
     EXPECT_GT(card & 0xff, 0xe0u);
     EXPECT_LT(card >> 16, 0x30u) << "the accent colour";
     EXPECT_EQ(find(cell, "containerView")->layer()->borderColor(), UIColor::white().cgColor());
     feature(false);
-    EXPECT_EQ(pixel(53, 150), behind) << "a reused card keeps nothing";
-    EXPECT_EQ(pixel(200, 120), 0xffffffu) << "the card's own colour";
+    EXPECT_EQ(pixel({ 53, 150 }), behind) << "a reused card keeps nothing";
+    EXPECT_EQ(pixel({ 200, 120 }), 0xffffffu) << "the card's own colour";
     EXPECT_EQ(find(cell, "containerView")->layer()->borderColor(), MVColor::seperatorColor().cgColor());
 }
 
@@ -116,8 +115,8 @@ TEST_F(ProductCardTest, followsTheAppearanceAndItsSize)
     cell->setFrame({ 50, 100, 200, 100 });
     cell->contentView()->setFrame(cell->bounds());
     host.advance(0);
-    EXPECT_NE(pixel(247, 150), behind) << "the glow has gone along";
-    EXPECT_EQ(pixel(362, 150), behind);
+    EXPECT_NE(pixel({ 247, 150 }), behind) << "the glow has gone along";
+    EXPECT_EQ(pixel({ 362, 150 }), behind);
 }
 
 TEST_F(ProductCardTest, thePictureFadesInWithinASecond)
@@ -132,15 +131,15 @@ TEST_F(ProductCardTest, thePictureFadesInWithinASecond)
     EXPECT_TRUE(turning->isAnimating());
     EXPECT_EQ(turning->style(), UIActivityIndicatorViewStyle::gray);
     host.advance(0);
-    EXPECT_EQ(pixel(95, 150), 0xffffffu) << "white at first";
+    EXPECT_EQ(pixel({ 95, 150 }), 0xffffffu) << "white at first";
     host.advance(0.5);
-    EXPECT_NE(pixel(95, 150), 0xff0000u);
-    EXPECT_NE(pixel(95, 150), 0xffffffu);
+    EXPECT_NE(pixel({ 95, 150 }), 0xff0000u);
+    EXPECT_NE(pixel({ 95, 150 }), 0xffffffu);
     host.advance(0.6);
-    EXPECT_EQ(pixel(95, 150), 0xff0000u);
-    EXPECT_EQ(pixel(65.2, 120.2), pixel(60, 150)) << "round at its corners";
+    EXPECT_EQ(pixel({ 95, 150 }), 0xff0000u);
+    EXPECT_EQ(pixel({ 65.2, 120.2 }), pixel({ 60, 150 })) << "round at its corners";
     show("Without");
-    EXPECT_EQ(pixel(95, 150), 0xffffffu);
+    EXPECT_EQ(pixel({ 95, 150 }), 0xffffffu);
 }
 
 } // namespace

@@ -15,11 +15,6 @@ protected:
         window->addSubview(container);
         host.advance(0);
     }
-    unsigned pixel(CGPoint point) // 0xRRGGBB
-    {
-        host.advance(0);
-        return host.pixels().row(int(point.y * 3))[int(point.x * 3)] & 0xffffff;
-    }
     double shownAlpha() const { return std::get<double>(gradient->layer()->presentationValue("opacity", host.now())); }
 
     const std::shared_ptr<MVStreamVideoContainerView> container = make<MVStreamVideoContainerView>(CGRect { 0, 0, 393, 852 });

@@ -7,8 +7,7 @@ class RouterEventTest : public RouterStage { };
 
 TEST_F(RouterEventTest, goesLiveWhenItsBroadcastStarts)
 {
-    const auto router = pushRouter();
-    const auto broadcast = answer(Status::upcoming);
+    const auto router = open(Status::upcoming);
     broadcast->hosts = std::vector { std::make_shared<MVHost>(), std::make_shared<MVHost>() };
     start();
     EXPECT_EQ(shown(*router), "live");
@@ -29,8 +28,7 @@ TEST_F(RouterEventTest, goesLiveWhenItsBroadcastStarts)
 
 TEST_F(RouterEventTest, takesAbsentFieldsOver)
 {
-    const auto router = pushRouter();
-    const auto broadcast = answer(Status::upcoming);
+    const auto router = open(Status::upcoming);
     broadcast->actualStartTime = Date { 5 };
     MVBroadcastLiveUpdate begun;
     begun.broadcastId = "show";
@@ -85,8 +83,7 @@ TEST_F(RouterEventTest, letsWatchWhoMay)
         for (const bool anonymousMayWatch : { false, true }) {
             const bool mayWatch = role == Role::user || anonymousMayWatch;
             service->role = role;
-            const auto router = pushRouter();
-            const auto broadcast = answer(Status::upcoming);
+            const auto router = open(Status::upcoming);
             broadcast->isAnonymousAllowedToWatch = anonymousMayWatch;
             start();
             host.advance(1);
@@ -111,8 +108,7 @@ TEST_F(RouterEventTest, letsInWhoHasLoggedInMeanwhile)
 {
     for (const bool editing : { false, true }) {
         service->role = Role::guest;
-        const auto router = pushRouter();
-        answer(Status::upcoming);
+        const auto router = open(Status::upcoming);
         if (editing)
             presentOn(*router);
         start();
@@ -144,8 +140,7 @@ TEST_F(RouterEventTest, mayComeWithTheSubscription)
 
 TEST_F(RouterEventTest, announcesTheEndOverThePastScreen)
 {
-    const auto router = pushRouter();
-    const auto broadcast = answer(Status::live);
+    const auto router = open(Status::live);
     complete();
     EXPECT_EQ(shown(*router), "past");
     EXPECT_TRUE(child<MVPastBroadcastViewController>(*router)) << "it stays, behind the alert";
@@ -167,8 +162,7 @@ TEST_F(RouterEventTest, dismissesWhatItPresentsBeforeItSpeaks)
 {
     for (const Status status : { Status::live, Status::upcoming, Status::completed }) {
         for (const bool modally : { false, true }) {
-            const auto router = modally ? presentRouter() : pushRouter();
-            answer(status);
+            const auto router = open(status, modally);
             const auto editor = presentOn(*router);
             complete();
             host.advance(0.2);
@@ -187,8 +181,7 @@ TEST_F(RouterEventTest, dismissesWhatItPresentsBeforeItSpeaks)
 
 TEST_F(RouterEventTest, dismissesWhatAVariantPresents)
 {
-    const auto router = pushRouter();
-    answer(Status::upcoming);
+    const auto router = open(Status::upcoming);
     presentOn(*child<MVBroadcastPreviewScreenController>(*router));
     start();
     EXPECT_EQ(shown(*router), "live") << "while the editor leaves";
@@ -199,8 +192,7 @@ TEST_F(RouterEventTest, dismissesWhatAVariantPresents)
 
 TEST_F(RouterEventTest, waitsForADismissalThatIsUnderWay)
 {
-    const auto router = pushRouter();
-    answer(Status::live);
+    const auto router = open(Status::live);
     presentOn(*router);
     router->dismiss(true);
     host.advance(0.1);
@@ -211,8 +203,7 @@ TEST_F(RouterEventTest, waitsForADismissalThatIsUnderWay)
 
 TEST_F(RouterEventTest, heardTwiceSaysTheSame)
 {
-    const auto router = pushRouter();
-    answer(Status::upcoming);
+    const auto router = open(Status::upcoming);
     start();
     start();
     EXPECT_EQ(shown(*router), "live");
@@ -231,8 +222,7 @@ TEST_F(RouterEventTest, heardTwiceSaysTheSame)
 TEST_F(RouterEventTest, lastWordCountsWhileAnEditorLeaves)
 {
     service->role = Role::guest;
-    const auto router = pushRouter();
-    answer(Status::upcoming);
+    const auto router = open(Status::upcoming);
     presentOn(*router);
     start();
     host.advance(0.1);
@@ -246,8 +236,7 @@ TEST_F(RouterEventTest, lastWordCountsWhileAnEditorLeaves)
 
 TEST_F(RouterEventTest, leavesNoAlertBehind)
 {
-    const auto router = pushRouter();
-    answer(Status::live);
+    const auto router = open(Status::live);
     presentOn(*router);
     complete();
     host.advance(0.1);
@@ -260,8 +249,7 @@ TEST_F(RouterEventTest, leavesNoAlertBehind)
 
 TEST_F(RouterEventTest, saysNothingOnceTheViewerHasPressedOk)
 {
-    pushRouter();
-    answer(Status::live);
+    open(Status::live);
     complete();
     host.advance(1);
     host.tap(middle(*find(alert()->view(), "actionButton")));
@@ -274,8 +262,7 @@ TEST_F(RouterEventTest, saysNothingOnceTheViewerHasPressedOk)
 
 TEST_F(RouterEventTest, isHeardUnderAnotherScreen)
 {
-    const auto router = pushRouter();
-    answer(Status::upcoming);
+    const auto router = open(Status::upcoming);
     navigation->pushViewController(make<UIViewController>(), true);
     host.advance(1);
     start();

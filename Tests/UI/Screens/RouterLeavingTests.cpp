@@ -11,8 +11,7 @@ TEST_F(RouterLeavingTest, closesByTheButtonOfEachVariant)
 {
     for (const bool modally : { false, true }) {
         for (const Status status : { Status::upcoming, Status::live, Status::completed }) {
-            const auto router = modally ? presentRouter() : pushRouter();
-            answer(status);
+            const auto router = open(status, modally);
             status == Status::upcoming   ? child<MVBroadcastPreviewScreenController>(*router)->onPressCloseButton()
                 : status == Status::live ? child<MVMivoraScreenViewController>(*router)->onPressCloseButton()
                                          : child<MVPastBroadcastViewController>(*router)->onPressCloseButton();
@@ -28,8 +27,7 @@ TEST_F(RouterLeavingTest, closesByTheButtonOfEachVariant)
 
 TEST_F(RouterLeavingTest, closesByATap)
 {
-    auto router = pushRouter();
-    answer(Status::upcoming);
+    auto router = open(Status::upcoming);
     const std::weak_ptr<Router> gone = router;
     const auto at = middle(*find(child<MVBroadcastPreviewScreenController>(*router)->view(), "closeScreenButton"));
     router = nullptr;
@@ -42,8 +40,7 @@ TEST_F(RouterLeavingTest, closesByATap)
 TEST_F(RouterLeavingTest, closesOnce)
 {
     navigation->pushViewController(make<UIViewController>(), false);
-    const auto router = pushRouter();
-    answer(Status::live);
+    const auto router = open(Status::live);
     const auto close = child<MVMivoraScreenViewController>(*router)->onPressCloseButton;
     close();
     host.advance(0.1);
@@ -62,7 +59,7 @@ TEST_F(RouterLeavingTest, mayCloseWhileItComes)
         host.advance(0.1);
         answer(Status::live);
         EXPECT_TRUE(isThere());
-        child<MVMivoraScreenViewController>(*router)->onPressCloseButton();
+        close(*router);
         EXPECT_TRUE(hasLeft());
         host.advance(1);
         EXPECT_EQ(window->topmostController(), navigation);
@@ -77,7 +74,7 @@ TEST_F(RouterLeavingTest, hasNoWayBackAsTheLowestOfTheStack)
     window->setRootViewController(make<UINavigationController>(router));
     host.advance(1);
     answer(Status::live);
-    child<MVMivoraScreenViewController>(*router)->onPressCloseButton();
+    close(*router);
     host.advance(1);
     EXPECT_TRUE(isThere());
     EXPECT_TRUE(router->view()->window());
@@ -85,8 +82,7 @@ TEST_F(RouterLeavingTest, hasNoWayBackAsTheLowestOfTheStack)
 
 TEST_F(RouterLeavingTest, staysUnderAnotherScreen)
 {
-    pushRouter();
-    const auto broadcast = answer(Status::upcoming);
+    open(Status::upcoming);
     const auto above = make<UIViewController>();
     navigation->pushViewController(above, true);
     host.advance(1);
@@ -111,8 +107,7 @@ TEST_F(RouterLeavingTest, leavesByTheSwipeThatIsCarriedThrough)
 {
     for (const auto direction : { UIUserInterfaceLayoutDirection::leftToRight, UIUserInterfaceLayoutDirection::rightToLeft }) {
         host.setDirection(direction);
-        const auto router = pushRouter();
-        answer(Status::live);
+        const auto router = open(Status::live);
         swipeBack(60);
         EXPECT_TRUE(isThere()) << "given up";
         EXPECT_EQ(navigation->topViewController(), router);
@@ -126,8 +121,7 @@ TEST_F(RouterLeavingTest, leavesByTheSwipeThatIsCarriedThrough)
 
 TEST_F(RouterLeavingTest, hearsOfTheEndInTheMiddleOfASwipe)
 {
-    const auto router = pushRouter();
-    answer(Status::live);
+    const auto router = open(Status::live);
     host.touchDown({ 2, 500 });
     for (const double x : { 20, 60, 120 }) {
         host.advance(1.0 / 60);
@@ -204,7 +198,7 @@ TEST_F(RouterLeavingTest, leavesWithItsContainerOrWithoutIt)
     host.advance(1);
     answer(Status::live);
     EXPECT_TRUE(isThere());
-    child<MVMivoraScreenViewController>(*inner)->onPressCloseButton();
+    close(*inner);
     EXPECT_TRUE(hasLeft());
     host.advance(1);
     EXPECT_EQ(navigation->topViewController(), shop);
@@ -238,10 +232,9 @@ TEST_F(RouterLeavingTest, restoresTheIdleTimerThatItFound)
 {
     UIApplication::shared().setIdleTimerDisabled(true);
     for (const bool modally : { false, true }) {
-        const auto router = modally ? presentRouter() : pushRouter();
-        answer(Status::live);
+        const auto router = open(Status::live, modally);
         EXPECT_TRUE(isAwake());
-        child<MVMivoraScreenViewController>(*router)->onPressCloseButton();
+        close(*router);
         host.advance(1);
         EXPECT_TRUE(isAwake()) << "it was disabled before";
         EXPECT_FALSE(isListening());
@@ -288,7 +281,7 @@ TEST_F(RouterLeavingTest, leavesNothingBehind)
             left.push_back(alert());
             tapOk();
         } else {
-            child<MVMivoraScreenViewController>(*router)->onPressCloseButton();
+            close(*router);
         }
         host.advance(1);
         service->completions.clear();

@@ -43,8 +43,7 @@ TEST_F(RouterLoadingTest, showsTheVariantOfTheStatus)
     const std::pair<std::optional<Status>, std::string> cases[] { { Status::upcoming, "preview" }, { Status::live, "live" },
         { Status::completed, "past" }, { std::nullopt, "" }, { static_cast<Status>(7), "" } };
     for (const auto& [status, variant] : cases) {
-        const auto router = pushRouter();
-        const auto broadcast = answer(status);
+        const auto router = open(status);
         EXPECT_EQ(shown(*router), variant);
         EXPECT_EQ(broadcast->subscriptions, 1) << variant;
         EXPECT_EQ(child<MVBroadcastPreviewScreenController>(*router)->broadcast() == broadcast, variant == "preview");

@@ -73,6 +73,7 @@ protected:
     ~RouterStage() override
     {
         service->completions.clear();
+        broadcast = nullptr;
         window = nullptr;
         host.advance(0);
         Mivora::install(nullptr);
@@ -115,6 +116,15 @@ protected:
         host.advance(0.1);
         return broadcast;
     }
+
+    // Shown, with a broadcast of that status, which is the last one answered.
+    std::shared_ptr<Router> open(std::optional<MVBroadcastStatus> status, bool modally = false)
+    {
+        auto router = modally ? presentRouter() : pushRouter();
+        broadcast = answer(status);
+        return router;
+    }
+    static void close(const Router& router) { child<MVMivoraScreenViewController>(router)->onPressCloseButton(); }
 
     static MVBroadcastLiveUpdate startOf(const std::optional<std::string>& id)
     {
@@ -191,6 +201,7 @@ protected:
     const Lines loginAlert { "Error", "Please Login to watch the Live Broadcast", "Ok" };
     const Lines endAlert { "Broadcast Ended", "This broadcast has been ended by host. Thanks for watching.", "Ok" };
     const std::shared_ptr<ScriptedService> service = std::make_shared<ScriptedService>();
+    std::shared_ptr<ScriptedBroadcast> broadcast;
 };
 
 } // namespace mv

@@ -55,13 +55,6 @@ protected:
         host.tap(middle(*find(alert()->view(), "actionButton")));
         host.advance(1);
     }
-    // Of the console, since the last call.
-    Lines takeLines()
-    {
-        auto lines = console.lines();
-        console.clear();
-        return lines;
-    }
 
     const std::shared_ptr<UIViewController> shop = make<UIViewController>();
     const std::shared_ptr<UINavigationController> navigation = make<UINavigationController>(shop);
