@@ -1,6 +1,6 @@
 #include "Platform/QuartzCore/Backdrop.h"
 
-#include "Platform/QuartzCore/PixelKernels.h"
+#include "Platform/QuartzCore/BlurKernels.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,7 @@
 #include "Platform/QuartzCore/Coverage.h"
 
+#include "Platform/QuartzCore/PixelKernels.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>

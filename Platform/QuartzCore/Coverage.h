@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/CoreGraphics/Bitmap.h"
-#include "Platform/QuartzCore/PixelKernels.h"
+#include "Platform/QuartzCore/ShapeKernels.h"
 
 #include <algorithm>
 #include <array>

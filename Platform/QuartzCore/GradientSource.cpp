@@ -1,6 +1,7 @@
 #include "Platform/QuartzCore/PixelSource.h"
 
 #include "Platform/QuartzCore/PixelCache.h"
+#include "Platform/QuartzCore/SampleKernels.h"
 
 #include <algorithm>
 #include <array>

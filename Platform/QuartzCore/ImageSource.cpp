@@ -2,6 +2,7 @@
 
 #include "Platform/CoreGraphics/PixelLoops.h"
 #include "Platform/QuartzCore/PixelCache.h"
+#include "Platform/QuartzCore/SampleKernels.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/QuartzCore/Coverage.h"
+#include "Platform/QuartzCore/PixelKernels.h"
 #include "Platform/QuartzCore/RenderList.h"
 
 #include <memory>

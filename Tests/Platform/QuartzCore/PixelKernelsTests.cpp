@@ -1,4 +1,5 @@
 #include "Platform/QuartzCore/PixelKernels.h"
+#include "Platform/QuartzCore/SampleKernels.h"
 
 #include <gtest/gtest.h>
 
