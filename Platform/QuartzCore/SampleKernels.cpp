@@ -20,16 +20,21 @@ MIVORA_INLINE Pixel mixed(Pixel a, Pixel b, std::uint32_t weight)
 using Steps = std::int32_t __attribute__((vector_size(4 * wide)));
 constexpr Steps firstSteps { 0, 1, 2, 3, 4, 5, 6, 7 };
 
-// What lies at these places from the pointer on, which are below `wide`.
-MIVORA_INLINE void pick(Pixels& to, const Pixel* from, const Steps& places)
+// What lies at these places from the pointer on, which are below so many times `wide`.
+template <int reach> MIVORA_INLINE void pick(Pixels& to, const Pixel* from, const Steps& places)
 {
-    load(to, from);
 #if defined(__clang__) // has no shuffle by variable places
-    const Pixels all = to;
     for (int i = 0; i < wide; ++i)
-        to[i] = all[places[i]];
+        to[i] = from[places[i]];
 #else
-    to = __builtin_shuffle(to, places);
+    load(to, from);
+    if constexpr (reach == 1) {
+        to = __builtin_shuffle(to, places);
+    } else {
+        Pixels next;
+        load(next, from + wide);
+        to = __builtin_shuffle(to, next, places);
+    }
 #endif
 }
 
@@ -40,6 +45,28 @@ MIVORA_INLINE void mix(Pixels& a, const Pixels& b, const Halves& weights)
     const Halves rb = reinterpret_cast<Halves>(a & evenBytes) * rest + reinterpret_cast<Halves>(b & evenBytes) * weights;
     const Halves ag = (reinterpret_cast<Halves>(a) >> 8) * rest + (reinterpret_cast<Halves>(b) >> 8) * weights;
     a = reinterpret_cast<Pixels>((rb + 128) >> 8) | (reinterpret_cast<Pixels>(ag + 128) & ~evenBytes);
+}
+
+// As many whole registers of linear samples as fit `count`, each of which lies between so many times `wide` pixels and one beyond
+// them; the number of samples. `last` is the row's last pixel.
+template <int reach>
+MIVORA_INLINE int sampleWide(Pixel* out, const Pixel* row, int last, std::int32_t start, std::int32_t stride, int count)
+{
+    int i = 0;
+    for (; i + wide <= count; i += wide) {
+        const std::int32_t first = (start + i * stride) >> 16;
+        if (first + reach * wide > last)
+            break;
+        const Steps at = (start + i * stride - (first << 16)) + firstSteps * stride;
+        const Steps places = at >> 16, weights = (at >> 8) & 255;
+        const Steps both = weights | weights << 16;
+        Pixels left, right;
+        pick<reach>(left, row + first, places);
+        pick<reach>(right, row + first + 1, places);
+        mix(left, right, reinterpret_cast<Halves>(both));
+        store(out + i, left);
+    }
+    return i;
 }
 
 // How many of `count` steps from `first` stay within 0 and `limit`, exclusive; `skipped` steps before that are outside.
@@ -89,20 +116,10 @@ MIVORA_CLONES void sampleRow(
     const auto start = std::int32_t(x + run.skipped * step), stride = std::int32_t(step);
     Pixel* __restrict out = to + run.skipped;
     int i = 0;
-    // Growing, so many results lie between no more pixels than that, and one beyond.
-    for (; stride > 0 && stride <= 65536 && i + wide <= run.inside; i += wide) {
-        const std::int32_t first = (start + i * stride) >> 16;
-        if (first + wide > last)
-            break;
-        const Steps at = (start + i * stride - (first << 16)) + firstSteps * stride;
-        const Steps places = at >> 16, weights = (at >> 8) & 255;
-        const Steps both = weights | weights << 16;
-        Pixels left, right;
-        pick(left, row + first, places);
-        pick(right, row + first + 1, places);
-        mix(left, right, reinterpret_cast<Halves>(both));
-        store(out + i, left);
-    }
+    if (stride > 0 && stride <= 65536)
+        i = sampleWide<1>(out, row, last, start, stride, run.inside);
+    else if (stride > 0 && stride <= 2 * 65536) // a picture is halved before it shrinks further
+        i = sampleWide<2>(out, row, last, start, stride, run.inside);
     for (; i < run.inside; ++i) {
         const std::int32_t at = start + i * stride;
         out[i] = mixed(row[at >> 16], row[(at >> 16) + 1], std::uint32_t(at >> 8) & 255);
