@@ -1,6 +1,7 @@
 #include "Platform/CoreGraphics/CGContext.h"
 
 #include "Platform/CoreGraphics/PixelLoops.h"
+#include "Platform/CoreGraphics/Ramp.h"
 #include "Platform/CoreGraphics/Text/TextDrawing.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 #include "Platform/CoreGraphics/CGImage.h"
 
 #include "Platform/CoreGraphics/ImageCodecs.h"
-#include "Platform/CoreGraphics/PixelLoops.h"
+#include "Platform/CoreGraphics/Resampling.h"
 #include "Platform/Foundation/NSLog.h"
 
 #include <atomic>

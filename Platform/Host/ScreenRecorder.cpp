@@ -1,6 +1,6 @@
 #include "Platform/Host/ScreenRecorder.h"
 
-#include "Platform/CoreGraphics/PixelLoops.h"
+#include "Platform/CoreGraphics/Resampling.h"
 #include "Platform/Foundation/ModuleLoader.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Host/HeadlessHost.h"

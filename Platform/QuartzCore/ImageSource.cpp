@@ -1,6 +1,7 @@
 #include "Platform/QuartzCore/PixelSource.h"
 
 #include "Platform/CoreGraphics/PixelLoops.h"
+#include "Platform/CoreGraphics/Resampling.h"
 #include "Platform/QuartzCore/PixelCache.h"
 #include "Platform/QuartzCore/SampleKernels.h"
 

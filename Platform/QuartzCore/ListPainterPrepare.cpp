@@ -1,6 +1,7 @@
 #include "Platform/QuartzCore/ListPainterParts.h"
 #include "Platform/QuartzCore/PathPictures.h"
 
+#include "Platform/CoreGraphics/CoverageBlur.h"
 #include "Platform/CoreGraphics/PixelLoops.h"
 #include "Platform/QuartzCore/PixelCache.h"
 

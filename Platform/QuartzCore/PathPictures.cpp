@@ -1,6 +1,6 @@
 #include "Platform/QuartzCore/PathPictures.h"
 
-#include "Platform/CoreGraphics/PixelLoops.h"
+#include "Platform/CoreGraphics/CoverageBlur.h"
 #include "Platform/QuartzCore/PixelCache.h"
 #include "Platform/QuartzCore/PixelKernels.h"
 

@@ -1,5 +1,8 @@
 #include "Platform/CoreGraphics/Text/GlyphCache.h"
 
+#include "Platform/CoreGraphics/CoverageBlur.h"
+#include "Platform/CoreGraphics/Resampling.h"
+
 #include <cstring>
 #include <ft2build.h>
 

@@ -1,4 +1,7 @@
 #include "Platform/CoreGraphics/PixelLoops.h"
+#include "Platform/CoreGraphics/CoverageBlur.h"
+#include "Platform/CoreGraphics/Ramp.h"
+#include "Platform/CoreGraphics/Resampling.h"
 #include "Tests/Platform/CoreGraphics/GraphicsTestSupport.h"
 
 namespace platform {
