@@ -1,11 +1,12 @@
 #include "Platform/UIKit/TextPicture.h"
 
 #include "Platform/CoreGraphics/CGContext.h"
+#include "Platform/CoreGraphics/Text/TwoGenerationCache.h"
 #include "Platform/Foundation/Text.h"
 
 #include <algorithm>
 #include <cmath>
-#include <list>
+#include <functional>
 
 namespace platform {
 
@@ -66,30 +67,35 @@ std::shared_ptr<const CGImage> imageOf(const std::shared_ptr<const TextLayout>& 
     });
 }
 
-struct KeptPicture {
-    std::shared_ptr<const TextLayout> layout; // kept, so that its address names it
+struct PictureKey {
+    const TextLayout* layout;
     CGFloat scale;
+    bool operator==(const PictureKey&) const = default;
+    struct Hash {
+        std::size_t operator()(const PictureKey& key) const
+        {
+            return std::hash<const TextLayout*> {}(key.layout) ^ std::hash<CGFloat> {}(key.scale);
+        }
+    };
+};
+
+struct KeptPicture {
+    std::shared_ptr<const TextLayout> layout; // so that its address goes on naming it
     TextPicture picture;
 };
 }
 
 TextPicture textPicture(const std::shared_ptr<const TextLayout>& layout, const TextParagraph& paragraph, CGFloat scale)
 {
-    static std::list<KeptPicture> kept; // the last used first
-    const auto found = std::find_if(
-        kept.begin(), kept.end(), [&](const KeptPicture& entry) { return entry.layout == layout && entry.scale == scale; });
-    if (found != kept.end()) {
-        kept.splice(kept.begin(), kept, found);
-        return kept.front().picture;
-    }
+    static TwoGenerationCache<PictureKey, KeptPicture, PictureKey::Hash> kept(keptPictures);
+    const PictureKey key { layout.get(), scale };
+    if (const auto* found = kept.find(key))
+        return found->picture;
     const CGRect lines = linesRect(*layout, scale);
     if (lines.isEmpty())
         return {};
     const CGRect rect = paddedRect(lines, paragraph, scale);
-    kept.push_front({ layout, scale, { imageOf(layout, rect), rect } });
-    if (kept.size() > keptPictures)
-        kept.pop_back();
-    return kept.front().picture;
+    return kept.insert(key, { layout, { imageOf(layout, rect), rect } }, 1)->picture;
 }
 
 std::vector<TextPicture> textPictures(
