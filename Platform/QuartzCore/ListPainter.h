@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -82,6 +83,7 @@ private:
     PixelRect screen;
     PixelCache& cache;
     std::unordered_map<const RenderList*, std::vector<Prepared>> preparedLists;
+    std::pair<const RenderList*, Prepared*> preparedLast {}; // the list asked for last
     std::vector<rows::Pixel> pixelRoom;
     std::vector<std::uint8_t> sourceCoverage, productRoom, piecesRoom;
 };

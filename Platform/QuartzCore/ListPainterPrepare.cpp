@@ -49,10 +49,12 @@ double sigmaOf(double radius, double scale) { return std::clamp(radius * scale, 
 
 ListPainter::Prepared& ListPainter::preparedFor(const RenderList& list, std::size_t index)
 {
-    auto& prepared = preparedLists[&list];
-    if (prepared.size() < list.items.size())
+    if (&list != preparedLast.first) {
+        auto& prepared = preparedLists[&list];
         prepared.resize(list.items.size());
-    return prepared[index];
+        preparedLast = { &list, prepared.data() };
+    }
+    return preparedLast.second[index];
 }
 
 PixelRect ListPainter::opaquePart(const RenderList& list, std::size_t index)
