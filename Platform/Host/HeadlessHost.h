@@ -48,7 +48,7 @@ public:
     void type(const std::string& text); // UTF-8
     void pressDelete();
     void pressKey(UIKey key, UIKeyModifiers modifiers = UIKeyModifiers::none);
-    void perform(UIEditAction action); // as Control with A, C, X or V does
+    void perform(UIEditAction action); // as Control with A, C, X, V or Z does
     void compose(const std::string& text, std::size_t caret = std::string::npos); // by an input method; bytes, its end at most
     // Taps the on-screen keyboard's keys one after another, with shift and the keys to other pages where they are needed. "\n" is
     // the return key, "\b" delete. False, after one console line, at the first character that no key types, or when no keyboard

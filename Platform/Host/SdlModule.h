@@ -29,7 +29,8 @@ struct WindowEvent {
         closed,
     };
     Kind kind = Kind::closed;
-    int finger = 0; // 0: the mouse or the first finger
+    static constexpr int mouse = 0;
+    int finger = mouse; // or a finger's number from 1 on
     CGPoint point; // window points
     double dx = 0, dy = 0; // of a wheel, in points: positive ones ask for what lies to the right or below
     std::optional<UIKey> named; // of a key: one without a character

@@ -96,7 +96,10 @@ bool WindowHost::open(const URL& url)
 void WindowHost::handle(const WindowEvent& event)
 {
     auto& application = UIApplication::shared();
-    const auto touch = [&](UITouchPhase phase) { application.sendTouch(event.finger, phase, event.point, clock.now()); };
+    const auto touch = [&](UITouchPhase phase) {
+        const auto type = event.finger == WindowEvent::mouse ? UITouchType::pointer : UITouchType::direct;
+        application.sendTouch(event.finger, phase, event.point, clock.now(), type);
+    };
     switch (event.kind) {
     case WindowEvent::Kind::touchDown:
         return touch(UITouchPhase::began);
@@ -112,7 +115,7 @@ void WindowHost::handle(const WindowEvent& event)
     case WindowEvent::Kind::key:
         if (event.named)
             return handleKey(*event.named, event.command, event.shift);
-        return event.command ? handleCommand(event.key) : void();
+        return event.command ? handleCommand(event.key, event.shift) : void();
     case WindowEvent::Kind::text:
         return application.sendText(event.text);
     case WindowEvent::Kind::composition:
@@ -148,7 +151,7 @@ void WindowHost::handleKey(UIKey key, bool command, bool shift)
     application.sendKey(key, held);
 }
 
-void WindowHost::handleCommand(char32_t key)
+void WindowHost::handleCommand(char32_t key, bool shift)
 {
     const auto& state = device_.state();
     auto& application = UIApplication::shared();
@@ -164,6 +167,9 @@ void WindowHost::handleCommand(char32_t key)
         return;
     case 'v':
         application.sendEditAction(UIEditAction::paste);
+        return;
+    case 'z':
+        application.sendEditAction(shift ? UIEditAction::redo : UIEditAction::undo);
         return;
     case 'r':
         device_.rotate(device_.isLandscape() ? UIDeviceOrientation::portrait : UIDeviceOrientation::landscapeLeft);

@@ -14,8 +14,9 @@ namespace platform {
 
 // A host with a window on the desktop, real time, mouse, fingers, wheel and keys. With Control (or the command key) held, R turns
 // the device, D changes between light and dark, L the direction, T between phone and tablet, K takes the on-screen keyboard away
-// and gives it back, Q closes the window; A, C, X and V select, copy, cut and paste where there is text being written. Drawn to
-// another size, the window becomes a device of that size. Main thread.
+// and gives it back, Q closes the window; A, C, X and V select, copy, cut and paste where there is text being written, Z takes
+// back what was done to it, or with Shift does it again. Drawn to another size, the window becomes a device of that size. Main
+// thread.
 class WindowHost final : private UIApplicationHost, private UIPasteboardHost {
 public:
     // Null when there is no display; `problem` then says why.
@@ -39,7 +40,7 @@ private:
     bool setPasteboardText(const std::string& text) override { return window->setClipboardText(text); }
     void handle(const WindowEvent& event);
     void handleKey(UIKey key, bool command, bool shift);
-    void handleCommand(char32_t key);
+    void handleCommand(char32_t key, bool shift);
     void followWriter();
     void followWindow();
     void fitWindow();

@@ -35,8 +35,11 @@ std::string TextEditor::line(std::string_view text)
 
 void TextEditor::setText(std::string_view text)
 {
-    text_ = line(text);
-    marked.reset();
+    std::string given = line(text);
+    unmark();
+    if (given != text_)
+        history.clear();
+    text_ = std::move(given);
     select(text_.size(), text_.size());
 }
 
@@ -53,37 +56,51 @@ std::string_view TextEditor::selectedText() const
 
 void TextEditor::select(std::size_t anchor, std::size_t caret)
 {
-    anchor_ = snapped(anchor);
-    caret_ = snapped(caret);
-    caretLeansForward = false;
+    history.endStep();
+    place(anchor, caret);
 }
 
 void TextEditor::moveTo(TextPosition caret, bool extending)
 {
+    history.endStep();
     caret_ = snapped(caret.offset);
     caretLeansForward = caret.leansForward;
     if (!extending)
         anchor_ = caret_;
 }
 
-void TextEditor::selectWord(std::size_t offset)
+NSRange TextEditor::word(std::size_t offset) const
 {
     offset = snapped(offset);
     if (offset == text_.size())
         offset = previousCharacterBoundary(text_, offset);
     if (!isInWord(offset))
-        return select(offset, nextCharacterBoundary(text_, offset));
-    const std::size_t end = border(offset, Way::forward, Unit::word);
-    select(border(end, Way::backward, Unit::word), end);
+        return { offset, nextCharacterBoundary(text_, offset) - offset };
+    const std::size_t end = border(offset, Way::forward, Unit::word), start = border(end, Way::backward, Unit::word);
+    return { start, end - start };
 }
 
 void TextEditor::setMarkedText(std::string_view text, std::size_t caretInside)
 {
     const std::string composed = line(text);
     const NSRange range = insertionRange();
-    put(range, composed);
-    marked = composed.empty() ? std::nullopt : std::optional(NSRange { range.location, composed.size() });
-    moveTo({ range.location + std::min(caretInside, composed.size()) });
+    const TextChange change = put(range, composed);
+    if (!marked)
+        composition = change;
+    marked = NSRange { range.location, composed.size() };
+    const std::size_t caret = range.location + std::min(caretInside, composed.size());
+    place(caret, caret);
+    if (composed.empty())
+        unmark();
+}
+
+void TextEditor::unmark()
+{
+    if (!marked)
+        return;
+    composition.inserted = text_.substr(marked->location, marked->length);
+    history.add(composition);
+    marked.reset();
 }
 
 NSRange TextEditor::deletionRange(Way way, Unit unit) const
@@ -96,8 +113,32 @@ NSRange TextEditor::deletionRange(Way way, Unit unit) const
 
 void TextEditor::replace(NSRange range, std::string_view text)
 {
-    put(range, line(text));
-    marked.reset();
+    const std::string written = line(text);
+    if (range == marked) {
+        put(range, written);
+        marked->length = written.size();
+        return unmark();
+    }
+    unmark();
+    const std::size_t start = snapped(range.location), end = std::max(start, snapped(range.end()));
+    history.add(put({ start, end - start }, written));
+}
+
+void TextEditor::undo()
+{
+    if (const TextChange* step = undoable()) {
+        put({ step->location, step->inserted.size() }, step->removed);
+        place(step->anchor, step->caret);
+        history.didUndo();
+    }
+}
+
+void TextEditor::redo()
+{
+    if (const TextChange* step = redoable()) {
+        put({ step->location, step->removed.size() }, step->inserted);
+        history.didRedo();
+    }
 }
 
 std::size_t TextEditor::border(std::size_t offset, Way way, Unit unit) const
@@ -141,12 +182,21 @@ std::size_t TextEditor::snapped(std::size_t offset) const
     return nextCharacterBoundary(text_, before) == offset ? offset : before;
 }
 
-void TextEditor::put(NSRange range, std::string_view line)
+void TextEditor::place(std::size_t anchor, std::size_t caret)
 {
-    const std::size_t start = snapped(range.location), end = std::max(start, snapped(range.end()));
-    text_.replace(start, end - start, line);
-    const std::size_t caret = start + line.size();
-    select(caret, caret);
+    anchor_ = snapped(anchor);
+    caret_ = snapped(caret);
+    caretLeansForward = false;
+}
+
+// Exactly that range: what is composed or taken back may begin inside a character.
+TextChange TextEditor::put(NSRange range, std::string_view line)
+{
+    TextChange change { range.location, text_.substr(range.location, range.length), std::string(line), anchor_, caret_ };
+    text_.replace(range.location, range.length, line);
+    const std::size_t caret = range.location + line.size();
+    place(caret, caret);
+    return change;
 }
 
 } // namespace platform

@@ -64,11 +64,11 @@ void UIApplication::setIdleTimerDisabled(bool disabled)
         host->setIdleTimerDisabled(disabled);
 }
 
-void UIApplication::sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp)
+void UIApplication::sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp, UITouchType type)
 {
     const auto list = windows();
     for (auto window = list.rbegin(); window != list.rend(); ++window) {
-        const bool taken = phase == UITouchPhase::began ? (*window)->beginTouch(identifier, point, timestamp)
+        const bool taken = phase == UITouchPhase::began ? (*window)->beginTouch(identifier, type, point, timestamp)
                                                         : (*window)->changeTouch(identifier, phase, point, timestamp);
         if (taken)
             return;

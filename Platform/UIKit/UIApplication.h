@@ -50,7 +50,7 @@ public:
     void setHost(UIApplicationHost* newHost) { host = newHost; } // which clears it at its end
     // A change of one touch, named by a number of the host's choice, at a point of the screen. A began touch goes to the
     // uppermost window that takes it; a change of an unknown touch does nothing.
-    void sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);
+    void sendTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp, UITouchType type = UITouchType::direct);
     void cancelTouches(double timestamp);
     // A wheel's or trackpad's step in points over that point of the screen: scrolls the innermost scroll view there that can.
     bool sendScroll(CGPoint point, double dx, double dy);

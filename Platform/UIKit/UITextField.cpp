@@ -1,11 +1,10 @@
-// A text field's content and looks; UITextFieldEditing.cpp has what the viewer does with it.
+// A text field's content and looks; UITextFieldEditing.cpp and UITextFieldPointing.cpp have what the viewer does with it.
 #include "Platform/UIKit/UITextField.h"
 
 #include "Platform/UIKit/EditedLine.h"
 #include "Platform/UIKit/RestingLine.h"
 #include "Platform/UIKit/TextPicture.h"
 #include "Platform/UIKit/UIApplication.h"
-#include "Platform/UIKit/UILongPressGestureRecognizer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -57,12 +56,7 @@ UITextField::UITextField(const CGRect& frame)
     , restingLine(std::make_unique<RestingLine>(*layer()))
     , editedLine(std::make_unique<EditedLine>(*layer()))
 {
-    const auto press = make<UILongPressGestureRecognizer>();
-    press->addAction([weakSelf = weak(this)](UIGestureRecognizer& recognizer) {
-        if (const auto self = weakSelf.lock())
-            self->pressed(static_cast<UILongPressGestureRecognizer&>(recognizer));
-    });
-    addGestureRecognizer(press);
+    watchTouches();
 }
 
 UITextField::~UITextField() = default;

@@ -2,20 +2,23 @@
 
 #include "Platform/UIKit/NSAttributedString.h"
 #include "Platform/UIKit/NSRange.h"
+#include "Platform/UIKit/TapCount.h"
 #include "Platform/UIKit/TextEditor.h"
 #include "Platform/UIKit/UIControl.h"
 #include "Platform/UIKit/UITextInput.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace platform {
 
 class EditedLine;
 class EditedText;
 class RestingLine;
-class UILongPressGestureRecognizer;
+class UIGestureRecognizerDelegate;
 class UITextField;
 
 enum class UITextBorderStyle : unsigned char { none, line, bezel, roundedRect };
@@ -39,8 +42,9 @@ public:
 };
 
 // A single line of text that the viewer writes. It is edited while it is the first responder; leaving the window, being hidden or
-// disabled ends that, and nobody is asked. A tap puts the caret under the finger, a second one selects the word, a finger that
-// stays takes the caret along. At rest it shows the text's beginning. Lengths are points. Main thread.
+// disabled ends that, and nobody is asked. A tap puts the caret under the finger, a second one selects the word, a third one all;
+// a finger that stays takes the caret along, a mouse that is drawn selects. What was done since editing began can be taken back.
+// At rest it shows the text's beginning. Lengths are points. Main thread.
 class UITextField : public UIControl, private UITextInput {
 public:
     explicit UITextField(const CGRect& frame = {});
@@ -141,12 +145,21 @@ private:
     // Editing.
     bool mayChange(NSRange range, const std::string& replacement);
     void change(NSRange range, const std::string& replacement);
+    void change(NSRange range, const std::string& replacement, const std::function<void()>& make);
     void remove(TextEditor::Way way, UIKeyModifiers modifiers);
     void moveSideways(bool toTheLeft, UIKeyModifiers modifiers);
     void moveToEnd(TextEditor::Way way, UIKeyModifiers modifiers);
     void pressReturn();
+
+    // Fingers and mouse.
+    class TouchRules;
+    void watchTouches();
+    void pressedByFinger(const UIGestureRecognizer& recognizer);
+    void pressedByPointer(const UIGestureRecognizer& recognizer);
     bool beginEditingAt(CGPoint point);
-    void pressed(const UILongPressGestureRecognizer& recognizer);
+    void select(int taps, CGFloat x);
+    void extendSelection(CGFloat x);
+    NSRange wordAt(CGFloat x) const;
 
     TextEditor editor;
     NSAttributedString placeholder_;
@@ -159,8 +172,10 @@ private:
     std::shared_ptr<CALayer> border;
     std::unique_ptr<RestingLine> placeholderLine, restingLine;
     std::unique_ptr<EditedLine> editedLine; // shown while it is edited
-    CGPoint lastTap; // own coordinates
-    double lastTapTime = -1; // seconds on the host's clock
+    TapCount fingerTaps { 0.35, 20 }; // seconds, points
+    TapCount pointerClicks { 0.5, 4 };
+    NSRange selectedFirst; // by the mouse's button coming down
+    std::vector<std::shared_ptr<UIGestureRecognizerDelegate>> touchRules;
     std::weak_ptr<UITextFieldDelegate> delegate;
 };
 

@@ -1,18 +1,11 @@
-// What the viewer does with a text field: by finger, by keyboard and through an input method.
+// What is written in a text field: by keyboard and through an input method.
 #include "Platform/UIKit/EditedLine.h"
-#include "Platform/UIKit/UILongPressGestureRecognizer.h"
 #include "Platform/UIKit/UIPasteboard.h"
 #include "Platform/UIKit/UITextField.h"
-#include "Platform/UIKit/UITouch.h"
-
-#include <cmath>
 
 namespace platform {
 
 namespace {
-
-constexpr double doubleTapInterval = 0.35; // seconds between two taps that belong together
-constexpr CGFloat doubleTapSlop = 20; // points between them
 
 TextEditor::Unit unitOf(UIKeyModifiers modifiers)
 {
@@ -80,6 +73,7 @@ void UITextField::didResignFirstResponder()
 {
     editing = false;
     editor.unmark();
+    editor.forgetHistory();
     setNeedsLayout();
     if (const auto told = delegate.lock())
         told->textFieldDidEndEditing(*this);
@@ -137,31 +131,10 @@ bool UITextField::pressKey(UIKey key, UIKeyModifiers modifiers)
     return UIControl::pressKey(key, modifiers);
 }
 
-void UITextField::endTracking(UITouch* touch)
-{
-    if (!touch || !bounds().contains(touch->location(this)))
-        return;
-    const CGPoint point = touch->location(this);
-    const double time = touch->timestamp();
-    const bool isSecond = editing && lastTapTime >= 0 && time - lastTapTime <= doubleTapInterval
-        && std::hypot(point.x - lastTap.x, point.y - lastTap.y) <= doubleTapSlop;
-    lastTap = point;
-    lastTapTime = isSecond ? -1 : time;
-    if (!beginEditingAt(point) || !isSecond)
-        return;
-    const TextPosition hit = editedLine->positionAt(point.x);
-    editor.selectWord(hit.leansForward || hit.offset == 0 ? hit.offset : hit.offset - 1); // the character under the finger
-    caretMoved();
-}
-
 void UITextField::setMarkedText(const std::string& text, std::size_t caret)
 {
-    const auto keep = weak(this).lock();
-    if (!editing || (text.empty() && !editor.markedRange()) || !mayChange(editor.insertionRange(), text))
-        return;
-    editor.setMarkedText(text, caret);
-    contentChanged();
-    sendActions(UIControlEvent::editingChanged);
+    if (editing && (!text.empty() || editor.markedRange()))
+        change(editor.insertionRange(), text, [&] { editor.setMarkedText(text, caret); });
 }
 
 void UITextField::unmarkText()
@@ -184,6 +157,10 @@ bool UITextField::canPerform(UIEditAction action) const
         return UIPasteboard::general().hasStrings();
     case UIEditAction::selectAll:
         return hasText();
+    case UIEditAction::undo:
+        return editor.undoable();
+    case UIEditAction::redo:
+        return editor.redoable();
     }
     return false;
 }
@@ -192,13 +169,25 @@ void UITextField::perform(UIEditAction action)
 {
     if (!canPerform(action))
         return;
-    if (action == UIEditAction::selectAll)
-        return setSelectedRange({ 0, editor.text().size() });
-    if (action == UIEditAction::paste)
+    switch (action) {
+    case UIEditAction::copy:
+        return UIPasteboard::general().setString(std::string(editor.selectedText()));
+    case UIEditAction::cut:
+        UIPasteboard::general().setString(std::string(editor.selectedText()));
+        return change(editor.selection(), {});
+    case UIEditAction::paste:
         return change(editor.insertionRange(), UIPasteboard::general().string());
-    UIPasteboard::general().setString(std::string(editor.selectedText()));
-    if (action == UIEditAction::cut)
-        change(editor.selection(), {});
+    case UIEditAction::selectAll:
+        return setSelectedRange({ 0, editor.text().size() });
+    case UIEditAction::undo: {
+        const TextChange step = *editor.undoable();
+        return change({ step.location, step.inserted.size() }, step.removed, [this] { editor.undo(); });
+    }
+    case UIEditAction::redo: {
+        const TextChange step = *editor.redoable();
+        return change({ step.location, step.removed.size() }, step.inserted, [this] { editor.redo(); });
+    }
+    }
 }
 
 bool UITextField::mayChange(NSRange range, const std::string& replacement)
@@ -209,10 +198,15 @@ bool UITextField::mayChange(NSRange range, const std::string& replacement)
 
 void UITextField::change(NSRange range, const std::string& replacement)
 {
+    change(range, replacement, [&] { editor.replace(range, replacement); });
+}
+
+void UITextField::change(NSRange range, const std::string& replacement, const std::function<void()>& make)
+{
     const auto keep = weak(this).lock();
     if ((range.length == 0 && replacement.empty()) || !mayChange(range, replacement))
         return;
-    editor.replace(range, replacement);
+    make();
     contentChanged();
     sendActions(UIControlEvent::editingChanged);
 }
@@ -259,31 +253,6 @@ void UITextField::pressReturn()
         return;
     sendActions(UIControlEvent::editingDidEndOnExit);
     resignFirstResponder();
-}
-
-// With the caret at the nearest place. What is edited anew shows the text's beginning, as it was seen when the finger came.
-bool UITextField::beginEditingAt(CGPoint point)
-{
-    if (!editing) {
-        const TextPosition before = editor.caret();
-        editor.moveTo({ 0 });
-        if (!becomeFirstResponder()) {
-            editor.moveTo(before);
-            return false;
-        }
-    }
-    layoutIfNeeded();
-    editor.moveTo(editedLine->positionAt(point.x));
-    caretMoved();
-    return true;
-}
-
-// A finger that stays takes the caret along.
-void UITextField::pressed(const UILongPressGestureRecognizer& recognizer)
-{
-    using enum UIGestureRecognizerState;
-    if (recognizer.state() == began || (recognizer.state() == changed && editing))
-        beginEditingAt(recognizer.location(this));
 }
 
 } // namespace platform

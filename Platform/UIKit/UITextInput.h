@@ -9,7 +9,7 @@ namespace platform {
 
 enum class UIReturnKeyType : unsigned char { normal, go, next, done, send, join };
 enum class UITextAutocapitalizationType : unsigned char { none, words, sentences };
-enum class UIEditAction : unsigned char { cut, copy, paste, selectAll };
+enum class UIEditAction : unsigned char { cut, copy, paste, selectAll, undo, redo };
 
 // How the on-screen keyboard is to look and to help.
 struct UITextInputTraits {

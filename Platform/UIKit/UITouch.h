@@ -15,9 +15,15 @@ class UIWindow;
 
 enum class UITouchPhase : unsigned char { began, moved, ended, cancelled };
 
+enum class UITouchType : unsigned char {
+    direct, // a finger
+    pointer, // the pressed mouse button
+};
+
 // One finger (or the pressed mouse button) from its coming down to its going up. The same object all the while.
 class UITouch final : public NSObject {
 public:
+    UITouchType type() const { return type_; }
     UITouchPhase phase() const { return phase_; }
     double timestamp() const { return timestamp_; } // seconds, the host's clock
     // Where it is, in that view's coordinates; null is the window's.
@@ -30,6 +36,7 @@ private:
     friend class UIGestureRecognizer;
     friend class UIWindow;
 
+    UITouchType type_ = UITouchType::direct;
     UITouchPhase phase_ = UITouchPhase::began;
     double timestamp_ = 0;
     CGPoint point; // window coordinates

@@ -180,7 +180,7 @@ void UIWindow::screenChanged(const CGRect& previousScreen, double duration)
     *completions = std::move(coordinator.completions);
 }
 
-bool UIWindow::beginTouch(int identifier, CGPoint point, double timestamp)
+bool UIWindow::beginTouch(int identifier, UITouchType type, CGPoint point, double timestamp)
 {
     const auto keep = weak(this).lock();
     changeTouch(identifier, UITouchPhase::cancelled, point, timestamp); // one that the host never ended
@@ -191,6 +191,7 @@ bool UIWindow::beginTouch(int identifier, CGPoint point, double timestamp)
     lastTimestamp = timestamp;
     const auto touch = make<UITouch>();
     touch->identifier = identifier;
+    touch->type_ = type;
     touch->timestamp_ = timestamp;
     touch->point = touch->previousPoint = own;
     touch->view_ = hit;

@@ -46,7 +46,7 @@ private:
     // Of the root and what is presented above it, those that nothing covers, lowest first.
     std::vector<std::shared_ptr<UIViewController>> uncoveredControllers() const;
     void screenChanged(const CGRect& previousScreen, double duration);
-    bool beginTouch(int identifier, CGPoint point, double timestamp);
+    bool beginTouch(int identifier, UITouchType type, CGPoint point, double timestamp);
     bool changeTouch(int identifier, UITouchPhase phase, CGPoint point, double timestamp);
     void cancelAllTouches(double timestamp);
     void cancelTouchesIn(const UIView& subtree); // which has left the window

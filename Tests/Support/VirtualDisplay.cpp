@@ -182,15 +182,19 @@ void VirtualDisplay::turnWheel(int x, int y, int notches)
     }
 }
 
-void VirtualDisplay::pressKey(const char* keyName, bool withControl)
+void VirtualDisplay::pressKey(const char* keyName, bool withControl, bool withShift)
 {
+    const auto hold = [&](bool isDown) {
+        if (withControl)
+            impl->key(XStringToKeysym("Control_L"), isDown);
+        if (withShift)
+            impl->key(XStringToKeysym("Shift_L"), isDown);
+    };
     const KeySym symbol = XStringToKeysym(keyName);
-    if (withControl)
-        impl->key(XStringToKeysym("Control_L"), true);
+    hold(true);
     impl->key(symbol, true);
     impl->key(symbol, false);
-    if (withControl)
-        impl->key(XStringToKeysym("Control_L"), false);
+    hold(false);
     XSync(impl->display, False);
 }
 

@@ -34,7 +34,7 @@ public:
     void releaseButton(int button);
     void click(int x, int y);
     void turnWheel(int x, int y, int notches); // positive: towards the viewer
-    void pressKey(const char* keyName, bool withControl = false); // "d", "Return"
+    void pressKey(const char* keyName, bool withControl = false, bool withShift = false); // "d", "Return"
     void resizeWindow(int width, int height);
     void hideWindow();
     void showWindow();

@@ -135,6 +135,9 @@ public:
             stroke(line(7.5, 9.5, 16.5, 9.5));
             stroke(line(7.5, 14.5, 13.5, 14.5));
             return;
+        case UIEditAction::undo: // by hardware keyboards only
+        case UIEditAction::redo:
+            return;
         }
     }
 

@@ -73,14 +73,14 @@ TEST(TextEditor, goesByWords)
     EXPECT_EQ(starts,
         "\xe4"
         "chbT");
-    editor.selectWord(7);
-    EXPECT_EQ(editor.selectedText(), "big");
-    editor.selectWord(3);
-    EXPECT_EQ(editor.selectedText(), " ") << "a blank is a word of its own";
-    editor.selectWord(20);
-    EXPECT_EQ(editor.selectedText(), "crowd's");
-    editor.selectWord(editor.text().size());
-    EXPECT_EQ(editor.selectedText(), ".");
+    const auto wordAt = [&](std::size_t offset) {
+        const NSRange word = editor.word(offset);
+        return editor.text().substr(word.location, word.length);
+    };
+    EXPECT_EQ(wordAt(7), "big");
+    EXPECT_EQ(wordAt(3), " ") << "a blank is a word of its own";
+    EXPECT_EQ(wordAt(20), "crowd's");
+    EXPECT_EQ(wordAt(editor.text().size()), ".");
 }
 
 TEST(TextEditor, composesInThePlaceOfTheSelection)

@@ -174,32 +174,30 @@ TEST_F(UITextFieldTest, obeysTheKeys)
     EXPECT_FALSE(edit(UIEditAction::selectAll));
 }
 
-TEST_F(UITextFieldTest, putsTheCaretUnderTheFinger)
+TEST_F(UITextFieldTest, takesBackWhatWasDoneAndAsksBefore)
 {
-    field->setText("wide words");
-    makeFrame();
-    tap({ 21, 60 });
-    EXPECT_EQ(field->selectedRange(), (NSRange { 0, 0 }));
-    advance(1);
-    tap({ 215, 60 });
-    EXPECT_EQ(field->selectedRange(), (NSRange { 10, 0 }));
-    advance(1);
-    tap({ 45, 60 });
-    const NSRange single = field->selectedRange();
-    EXPECT_GT(single.location, 0u);
-    EXPECT_LT(single.location, 5u);
-    advance(0.2);
-    tap({ 45, 60 });
-    EXPECT_EQ(field->selectedRange(), (NSRange { 0, 4 })) << "the word";
-    advance(1);
-    // Stays, then takes the caret along.
-    touch(UITouchPhase::began, { 21, 60 });
-    MainQueue::shared().advance(clock, 0.6);
-    touch(UITouchPhase::moved, { 300, 90 });
-    EXPECT_EQ(field->selectedRange(), (NSRange { 10, 0 }));
-    touch(UITouchPhase::moved, { 5, 60 });
-    EXPECT_EQ(field->selectedRange(), (NSRange { 0, 0 }));
-    touch(UITouchPhase::ended, { 5, 60 });
+    const auto edit = [](UIEditAction action) { return UIApplication::shared().sendEditAction(action); };
+    field->setText("Hi");
+    field->becomeFirstResponder();
+    EXPECT_FALSE(edit(UIEditAction::undo)) << "nothing has been done";
+    type(" you");
+    witness->take();
+    EXPECT_FALSE(edit(UIEditAction::redo));
+    EXPECT_TRUE(edit(UIEditAction::undo));
+    EXPECT_EQ(witness->take(), "may 2+4 become \"\"?, changed");
+    EXPECT_EQ(field->text(), "Hi");
+    EXPECT_TRUE(edit(UIEditAction::redo));
+    EXPECT_EQ(witness->take(), "may 2+0 become \" you\"?, changed");
+    EXPECT_EQ(field->text(), "Hi you");
+    witness->mayChange = false;
+    edit(UIEditAction::undo);
+    EXPECT_EQ(field->text(), "Hi you");
+    EXPECT_EQ(witness->take(), "may 2+4 become \"\"?");
+    witness->mayChange = true;
+    field->resignFirstResponder();
+    EXPECT_FALSE(edit(UIEditAction::undo));
+    field->becomeFirstResponder();
+    EXPECT_FALSE(edit(UIEditAction::undo)) << "forgotten when editing ended";
 }
 
 TEST_F(UITextFieldTest, keepsTheCaretInsideItsRectangle)

@@ -33,7 +33,7 @@ std::optional<WindowEvent> touchEvent(WindowEvent::Kind kind, int finger, CGPoin
     return event;
 }
 
-std::optional<WindowEvent> plainEvent(WindowEvent::Kind kind) { return touchEvent(kind, 0, {}); }
+std::optional<WindowEvent> plainEvent(WindowEvent::Kind kind) { return touchEvent(kind, WindowEvent::mouse, {}); }
 
 std::optional<WindowEvent> windowEvent(const SDL_WindowEvent& event)
 {
@@ -221,12 +221,12 @@ private:
         case SDL_MOUSEBUTTONUP:
             if (event.button.which == SDL_TOUCH_MOUSEID || event.button.button != SDL_BUTTON_LEFT)
                 return std::nullopt; // the finger's own events tell it
-            return touchEvent(event.type == SDL_MOUSEBUTTONDOWN ? WindowEvent::Kind::touchDown : WindowEvent::Kind::touchUp, 0,
-                point(event.button.x, event.button.y));
+            return touchEvent(event.type == SDL_MOUSEBUTTONDOWN ? WindowEvent::Kind::touchDown : WindowEvent::Kind::touchUp,
+                WindowEvent::mouse, point(event.button.x, event.button.y));
         case SDL_MOUSEMOTION:
             if (event.motion.which == SDL_TOUCH_MOUSEID || !(event.motion.state & SDL_BUTTON_LMASK))
                 return std::nullopt;
-            return touchEvent(WindowEvent::Kind::touchMove, 0, point(event.motion.x, event.motion.y));
+            return touchEvent(WindowEvent::Kind::touchMove, WindowEvent::mouse, point(event.motion.x, event.motion.y));
         case SDL_MOUSEWHEEL:
             return event.wheel.which == SDL_TOUCH_MOUSEID ? std::nullopt : wheelEvent(event.wheel);
         case SDL_FINGERDOWN:
@@ -268,14 +268,14 @@ private:
 
     std::optional<WindowEvent> wheelEvent(const SDL_MouseWheelEvent& event) const
     {
-        auto turned = touchEvent(WindowEvent::Kind::wheel, 0, point(event.mouseX, event.mouseY));
+        auto turned = touchEvent(WindowEvent::Kind::wheel, WindowEvent::mouse, point(event.mouseX, event.mouseY));
         // A trackpad tells parts of a notch. Away from the viewer is positive there.
         turned->dx = double(event.preciseX) * wheelStep;
         turned->dy = -double(event.preciseY) * wheelStep;
         return turned;
     }
 
-    // Fingers get small numbers for as long as they touch; 0 is the mouse.
+    // Fingers get small numbers for as long as they touch.
     std::optional<WindowEvent> fingerEvent(WindowEvent::Kind kind, const SDL_TouchFingerEvent& event)
     {
         int& finger = fingers[event.fingerId];

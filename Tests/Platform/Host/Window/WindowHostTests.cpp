@@ -264,6 +264,23 @@ TEST_F(WindowHostTest, writesWithTheDesktopsMeans)
         settle();
         EXPECT_EQ(look(), (Seen { "two lines", {}, { 0, 9 } }));
         EXPECT_EQ(onClipboard(), "two lines");
+        display->pressKey("z", true);
+        settle();
+        EXPECT_EQ(look().text, "");
+        display->pressKey("z", true, true);
+        settle();
+        EXPECT_EQ(look(), (Seen { "two lines", {}, { 9, 0 } }));
+
+        display->click(30, 80);
+        display->click(30, 80);
+        settle();
+        EXPECT_EQ(look().selected, (NSRange { 0, 3 })) << "the word that is clicked twice";
+        display->moveTo(299, 80);
+        display->pressButton(1);
+        display->moveTo(21, 80);
+        display->releaseButton(1);
+        settle();
+        EXPECT_EQ(look().selected, (NSRange { 0, 9 })) << "what the mouse is drawn over";
     });
 }
 
