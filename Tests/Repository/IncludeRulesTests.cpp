@@ -1,23 +1,13 @@
 #include "Tests/Repository/IncludeRules.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
 
 TEST(IncludeRules, holdInEverySourceFile)
 {
@@ -32,7 +22,7 @@ TEST(IncludeRules, holdInEverySourceFile)
             if (extension != ".h" && extension != ".cpp")
                 continue;
             const auto path = entry.path().lexically_relative(root).generic_string();
-            for (const std::string& fault : repository::includeFaults(path, contentOf(entry.path()), exists))
+            for (const std::string& fault : repository::includeFaults(path, test::contentOf(entry.path()), exists))
                 ADD_FAILURE() << fault;
             ++checked;
         }

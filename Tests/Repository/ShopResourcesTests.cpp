@@ -1,29 +1,20 @@
+#include "Tests/Support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string contentOf(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
 std::map<std::string, std::string> tableIn(const fs::path& file)
 {
     static const std::regex line(R"re((^|\n)"([^"]+)" = "([^"\n]*)";)re");
-    const std::string text = contentOf(file);
+    const std::string text = test::contentOf(file);
     std::map<std::string, std::string> table;
     for (auto match = std::sregex_iterator(text.begin(), text.end(), line); match != std::sregex_iterator(); ++match)
         EXPECT_TRUE(table.emplace((*match)[2], (*match)[3]).second) << file << " has " << (*match)[2] << " twice";
@@ -38,7 +29,7 @@ std::set<std::string> findAll(const std::string& pattern, const fs::path& folder
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         if (extensions.count(entry.path().extension()) == 0)
             continue;
-        const std::string text = contentOf(entry.path());
+        const std::string text = test::contentOf(entry.path());
         for (auto match = std::sregex_iterator(text.begin(), text.end(), expression); match != std::sregex_iterator(); ++match)
             found.insert((*match)[1]);
     }

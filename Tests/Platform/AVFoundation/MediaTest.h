@@ -6,13 +6,11 @@
 #include "Platform/Host/HeadlessHost.h"
 #include "Platform/UIKit/UIWindow.h"
 #include "Showroom/Media/FrameCode.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/TestVideo.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,9 +25,7 @@ public:
         static TestFilms films;
         return films;
     }
-    ~TestFilms() { std::filesystem::remove_all(folder); }
-
-    std::string path(const std::string& name) const { return folder + "/" + name; }
+    std::string path(const std::string& name) const { return folder / name; }
     URL film(const std::string& name, const test::TestVideo& video = {}) const
     {
         if (!std::filesystem::exists(path(name)))
@@ -43,19 +39,11 @@ public:
         std::ofstream(path(name), std::ios::binary) << bytes;
         return URL::fileURL(path(name));
     }
-    std::string bytes(const URL& url) const
-    {
-        std::ifstream file(url.filePath(), std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), {} };
-    }
+    static std::string bytes(const URL& url) { return test::contentOf(url.filePath()); }
 
 private:
-    TestFilms()
-        : folder((std::filesystem::temp_directory_path() / "mivora-films-XXXXXX").string())
-    {
-        EXPECT_NE(::mkdtemp(folder.data()), nullptr);
-    }
-    std::string folder;
+    TestFilms() = default;
+    test::TemporaryFolder folder;
 };
 
 // A phone with a video over its whole window. A console line that no test took fails it.

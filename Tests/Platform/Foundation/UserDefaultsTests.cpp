@@ -3,10 +3,9 @@
 #include "Platform/Foundation/JSONCoding.h"
 #include "Tests/Platform/Foundation/MemoryDisk.h"
 #include "Tests/Platform/Foundation/QuietTest.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <cmath>
-#include <filesystem>
-#include <unistd.h>
 
 namespace platform {
 
@@ -24,26 +23,15 @@ protected:
 TEST_F(UserDefaultsTests, everyTypeComesBackAsItWas)
 {
     UserDefaults defaults(file, disk);
-    defaults.set("text", "h\xc3\xa9llo \"quoted\"\n");
-    defaults.set("flag", true);
-    defaults.set("integer", 9007199254740993);
-    defaults.set("small integer", 7);
-    defaults.set("whole number", 2.0);
-    defaults.set("number", 0.1);
-    defaults.set("data", Data { 0, 255, 10, 128 });
-    defaults.set("empty data", Data {});
-    defaults.set("", "the empty key");
-
+    const std::pair<const char*, UserDefaults::Value> values[] = { { "text", "h\xc3\xa9llo \"quoted\"\n" }, { "flag", true },
+        { "integer", 9007199254740993 }, { "small integer", 7 }, { "whole number", 2.0 }, { "number", 0.1 },
+        { "data", Data { 0, 255, 10, 128 } }, { "empty data", Data {} }, { "", "the empty key" } };
+    for (const auto& [key, value] : values)
+        defaults.set(key, value);
     const UserDefaults again(file, disk);
-    EXPECT_EQ(again.string("text"), "h\xc3\xa9llo \"quoted\"\n");
+    for (const auto& [key, value] : values)
+        EXPECT_EQ(again.object(key), value) << key;
     EXPECT_EQ(again.boolean("flag"), true);
-    EXPECT_EQ(again.integer("integer"), 9007199254740993);
-    EXPECT_EQ(again.integer("small integer"), 7);
-    EXPECT_EQ(again.object("whole number"), UserDefaults::Value(2.0));
-    EXPECT_EQ(again.number("number"), 0.1);
-    EXPECT_EQ(again.data("data"), (Data { 0, 255, 10, 128 }));
-    EXPECT_EQ(again.data("empty data"), Data {});
-    EXPECT_EQ(again.string(""), "the empty key");
     EXPECT_EQ(again.object("absent"), std::nullopt);
 }
 
@@ -192,12 +180,11 @@ TEST_F(UserDefaultsTests, refusesWhatHasNoPlaceInTheFile)
 
 TEST_F(UserDefaultsTests, livesInARealFolderThatItMakes)
 {
-    const auto folder = std::filesystem::temp_directory_path() / ("mivora-defaults-" + std::to_string(::getpid()));
-    const std::string path = (folder / "deep" / "Defaults.json").string();
+    const test::TemporaryFolder folder;
+    const std::string path = folder / "deep/Defaults.json";
     UserDefaults(path, FileSystem::real()).set("key", Data { 1, 2 });
     EXPECT_EQ(UserDefaults(path, FileSystem::real()).data("key"), (Data { 1, 2 }));
     EXPECT_FALSE(std::filesystem::exists(path + ".new"));
-    std::filesystem::remove_all(folder);
 }
 
 } // namespace platform

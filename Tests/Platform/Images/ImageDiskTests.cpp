@@ -65,10 +65,7 @@ TEST_F(ImageDiskTest, aDamagedFileCountsAsNone)
     ImageDisk disk(place, 10'000);
     disk.write("http://a/1", answer(100));
     const auto path = std::filesystem::directory_iterator(place)->path();
-    const auto whole = [&] {
-        std::ifstream file(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    }();
+    const auto whole = test::contentOf(path);
     for (std::size_t i = 0; i < whole.size(); ++i) {
         auto cut = whole.substr(0, i);
         auto flipped = whole;

@@ -8,13 +8,10 @@
 #include "Platform/Images/ImageLoader.h"
 #include "Platform/Images/UIImageViewLoading.h"
 #include "Platform/UIKit/UIWindow.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -24,9 +21,9 @@ namespace platform {
 class ImagesTest : public ::testing::Test {
 protected:
     ImagesTest()
-        : folder(makeFolder())
-        , window(make<UIWindow>())
+        : window(make<UIWindow>())
     {
+        Folders::setCache(files / "cache");
         window->setBackgroundColor(UIColor::white());
         window->makeKeyAndVisible();
         host.advance(0);
@@ -36,15 +33,6 @@ protected:
         window = nullptr;
         host.advance(0);
         EXPECT_EQ(console.lines(), std::vector<std::string> {});
-        std::filesystem::remove_all(folder);
-    }
-
-    static std::string makeFolder()
-    {
-        auto name = (std::filesystem::temp_directory_path() / "mivora-images-XXXXXX").string();
-        EXPECT_NE(::mkdtemp(name.data()), nullptr);
-        Folders::setCache(name + "/cache");
-        return name;
     }
 
     // A PNG file's bytes: red left of the middle, blue right of it, a green line of a tenth along the top.
@@ -54,10 +42,8 @@ protected:
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x)
                 bitmap->row(y)[x] = y < height / 10 ? 0xff00ff00 : x < width / 2 ? 0xffff0000 : 0xff0000ff;
-        const auto path = folder + "/made.png";
-        EXPECT_TRUE(writePNG(*bitmap, path));
-        std::ifstream file(path, std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), {} };
+        EXPECT_TRUE(writePNG(*bitmap, files / "made.png"));
+        return dataFromText(test::contentOf(files / "made.png"));
     }
     static std::string text(const Data& bytes) { return { bytes.begin(), bytes.end() }; }
     URL write(const std::string& name, const Data& bytes)
@@ -88,7 +74,8 @@ protected:
     }
 
     LogCapture console;
-    const std::string folder;
+    const test::TemporaryFolder files;
+    const std::string& folder = files.path();
     HeadlessHost host;
     std::shared_ptr<UIWindow> window;
 };

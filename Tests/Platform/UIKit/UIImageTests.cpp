@@ -2,11 +2,9 @@
 
 #include "Platform/Foundation/NSLog.h"
 #include "Tests/Platform/UIKit/KitResources.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
 
 namespace platform {
 namespace {
@@ -14,13 +12,6 @@ namespace {
 // A bundle in a folder of its own, gone with it.
 class UIImageInFolder : public ::testing::Test {
 protected:
-    UIImageInFolder()
-    {
-        char name[] = "/tmp/uiimage-XXXXXX";
-        folder = mkdtemp(name);
-    }
-    ~UIImageInFolder() override { std::filesystem::remove_all(folder); }
-
     void write(const std::string& name, std::string_view content)
     {
         FileSystem::real().write(joinPath(folder, name), dataFromText(content));
@@ -31,7 +22,8 @@ protected:
         ASSERT_TRUE(writePNG(*pixels, joinPath(folder, name)));
     }
 
-    std::string folder;
+    const test::TemporaryFolder files;
+    const std::string& folder = files.path();
 };
 
 const char* const arrow = R"(<svg xmlns="http://www.w3.org/2000/svg" width="24" height="12"><path d="M0 0h12v12H0z"/></svg>)";

@@ -1,12 +1,11 @@
 #include "Platform/Foundation/FileSystem.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "UI/Extensions/MVBorders.h"
 #include "UI/Extensions/MVSetters.h"
 #include "UI/Extensions/MVUserDefaults.h"
 #include "UI/Screens/Broadcast Screen/Data Models/MVCalendarEvent.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
 
 namespace mv {
 namespace {
@@ -99,10 +98,8 @@ TEST(MVBorders, roundsAViewByHalfItsHeight)
 
 class CalendarEntryTest : public testing::Test {
 protected:
-    ~CalendarEntryTest() override { std::filesystem::remove_all(folder); }
-
     UserDefaults reopened() const { return { folder / "defaults.json", FileSystem::real() }; }
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() / ("calendar-entry-" + std::to_string(getpid()));
+    const test::TemporaryFolder folder;
 };
 
 TEST_F(CalendarEntryTest, outlivesTheProcessAndIsReplaced)

@@ -4,28 +4,25 @@
 #include "Platform/Foundation/Locale.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/UIKit/UIApplication.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 
 namespace mv {
 namespace {
 
 TEST(MVLocalized, readsTheHostsTableAndFallsBackToTheKey)
 {
-    const auto folder = std::filesystem::temp_directory_path() / ("localized-" + std::to_string(getpid()));
+    const test::TemporaryFolder folder;
     std::filesystem::create_directories(folder / "en.lproj");
     std::ofstream(folder / "en.lproj/MVLocalizable.strings") << "\"mvJoin\" = \"Come in\";\n";
     const auto before = Bundle::mainBundle().bundlePath();
-    Bundle::setMainBundle(folder);
+    Bundle::setMainBundle(folder.path());
     EXPECT_EQ(MVLocalized("mvJoin"), "Come in");
     EXPECT_EQ(MVLocalized("mvShare"), "mvShare");
     Bundle::setMainBundle(folder / "nothing here");
     EXPECT_EQ(MVLocalized("mvJoin"), "mvJoin");
     Bundle::setMainBundle(before);
-    std::filesystem::remove_all(folder);
 }
 
 TEST(getFormattedCurrencyString, readsAsTheLocaleWritesIt)

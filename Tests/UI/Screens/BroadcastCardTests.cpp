@@ -4,15 +4,12 @@
 #include "Platform/Host/ViewTree.h"
 #include "Platform/UIKit/UIDevice.h"
 #include "Platform/UIKit/UITableView.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/UI/Stage.h"
 #include "UI/Extensions/MVColor.h"
 #include "UI/Screens/Broadcasts List/SubViews/MVBroadcastLandscapeModeTableCell.h"
 #include "UI/Screens/Broadcasts List/SubViews/MVBroadcastPortraitModeTableCell.h"
 #include "UI/Screens/Broadcasts List/SubViews/MVNoBroadcastView.h"
-
-#include <filesystem>
-
-#include <unistd.h>
 
 namespace mv {
 namespace {
@@ -126,25 +123,20 @@ TEST_F(BroadcastCardTest, aCardIsFilledAnewForItsNextShow)
 // Shows with banners of one colour, as files.
 class CardBannerTest : public BroadcastCardTest {
 protected:
-    CardBannerTest()
-    {
-        std::filesystem::create_directories(folder);
-        Folders::setCache(folder + "/cache");
-    }
-    ~CardBannerTest() override { std::filesystem::remove_all(folder); }
+    CardBannerTest() { Folders::setCache(folder / "cache"); }
 
     URL banner(const std::string& name, std::uint32_t color)
     {
         const auto bitmap = Bitmap::make(1200, 800, PixelFormat::xrgb);
         for (int y = 0; y < 800; ++y)
             std::fill_n(bitmap->row(y), 1200, color);
-        EXPECT_TRUE(writePNG(*bitmap, folder + "/" + name));
-        return URL::fileURL(folder + "/" + name);
+        EXPECT_TRUE(writePNG(*bitmap, folder / name));
+        return URL::fileURL(folder / name);
     }
     std::shared_ptr<UIImageView> bannerView() { return find<UIImageView>(table->cellForRow(0), "broadcastImageView"); }
     std::uint32_t shown() { return pixel(middle(*bannerView())); }
 
-    const std::string folder = (std::filesystem::temp_directory_path() / ("mivora-cards-" + std::to_string(::getpid()))).string();
+    const test::TemporaryFolder folder;
     const std::uint32_t gray = 0xe5e5ea;
 };
 

@@ -3,12 +3,9 @@
 #include "Platform/CoreGraphics/CGImage.h"
 #include "Platform/Foundation/Folders.h"
 #include "Platform/UIKit/UIActivityIndicatorView.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/UI/Stage.h"
 #include "UI/Extensions/MVColor.h"
-
-#include <filesystem>
-
-#include <unistd.h>
 
 namespace mv {
 namespace {
@@ -22,10 +19,8 @@ protected:
         window->addSubview(cell);
         cell->setFrame({ 50, 100, 314, 100 });
         cell->contentView()->setFrame(cell->bounds());
-        std::filesystem::create_directories(folder);
-        Folders::setCache(folder + "/cache");
+        Folders::setCache(folder / "cache");
     }
-    ~ProductCardTest() override { std::filesystem::remove_all(folder); }
 
     void show(const std::string& name, const std::optional<URL>& picture = {})
     {
@@ -44,8 +39,7 @@ protected:
     std::shared_ptr<UILabel> title() { return find<UILabel>(cell, "productNameLabel"); }
 
     const std::shared_ptr<MVProductListCollectionCell> cell = make<MVProductListCollectionCell>();
-    const std::string folder
-        = (std::filesystem::temp_directory_path() / ("mivora-products-" + std::to_string(::getpid()))).string();
+    const test::TemporaryFolder folder;
     static constexpr unsigned behind = 0x00ff00;
 };
 
@@ -124,8 +118,8 @@ TEST_F(ProductCardTest, thePictureFadesInWithinASecond)
     const auto bitmap = Bitmap::make(300, 200, PixelFormat::xrgb);
     for (int y = 0; y < 200; ++y)
         std::fill_n(bitmap->row(y), 300, 0xff0000u);
-    ASSERT_TRUE(writePNG(*bitmap, folder + "/red.png"));
-    show("Red", URL::fileURL(folder + "/red.png"));
+    ASSERT_TRUE(writePNG(*bitmap, folder / "red.png"));
+    show("Red", URL::fileURL(folder / "red.png"));
     const auto turning = find<UIActivityIndicatorView>(cell, "imageIndicator");
     ASSERT_TRUE(turning);
     EXPECT_TRUE(turning->isAnimating());
