@@ -492,23 +492,4 @@ TEST_F(LayerCommitterTest, strokesAShapesPartAndCoversItsLine)
     EXPECT_EQ(kindsOf(*list), "") << "nothing of the line is left";
 }
 
-TEST_F(LayerCommitterTest, showsAnimatedValuesInTheList)
-{
-    const auto icon = addBox({ 0, 0, 20, 20 });
-    auto group = make<CAAnimationGroup>();
-    group->animations = { basic("position", CGPoint { 10, 10 }, CGPoint { 50, 90 }, 2), basic("transform.scale", 1.0, 0.0, 2),
-        basic("opacity", 1.0, 0.0, 2) };
-    group->duration = 2;
-    icon->addAnimation(group);
-    frame(1);
-    frame(2);
-    ASSERT_EQ(kindsOf(*list), "B");
-    EXPECT_EQ(item(0).bounds, (PixelRect { 50, 90, 20, 20 }));
-    EXPECT_EQ(item(0).opacity, 0.5);
-    frame(2.9999999);
-    EXPECT_LE(list->items.size(), 1u);
-    frame(3);
-    EXPECT_EQ(item(0).bounds, (PixelRect { 0, 0, 40, 40 })) << "ended: the model's";
-}
-
 } // namespace platform
