@@ -32,6 +32,7 @@ constexpr const char* small = R"({
 
 class CannedServiceTest : public testing::Test, public MivoraDelegate {
 protected:
+    CannedServiceTest() { Clock::setCurrent(&clock); }
     ~CannedServiceTest() override
     {
         if (service)
@@ -81,10 +82,6 @@ protected:
     }
 
     ManualClock clock;
-    struct Installed {
-        explicit Installed(Clock& clock) { Clock::setCurrent(&clock); }
-        ~Installed() { Clock::setCurrent(nullptr); }
-    } installed { clock };
     std::shared_ptr<CannedService> service;
     std::vector<std::string> events;
     const std::shared_ptr<MivoraDelegate> listener { this, [](MivoraDelegate*) {} }; // not owned

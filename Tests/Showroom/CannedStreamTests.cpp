@@ -52,10 +52,8 @@ protected:
     }
     static std::size_t threadCount()
     {
-        std::size_t count = 0;
-        for ([[maybe_unused]] const auto& thread : std::filesystem::directory_iterator("/proc/self/task"))
-            ++count;
-        return count;
+        const std::filesystem::directory_iterator threads("/proc/self/task");
+        return std::size_t(std::distance(begin(threads), end(threads)));
     }
 
     LogCapture console; // the kit tells of the stream

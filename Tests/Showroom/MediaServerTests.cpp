@@ -1,10 +1,9 @@
 #include "Showroom/Server/MediaServer.h"
 
+#include "Tests/Support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include <arpa/inet.h>
@@ -28,14 +27,7 @@ protected:
         fs::create_symlink(folder / "secret.jpg", folder / "media/link.jpg");
         server = MediaServer::start((folder / "media").string());
     }
-    ~MediaServerTest() override { fs::remove_all(folder); }
 
-    static fs::path makeFolder()
-    {
-        auto name = (fs::temp_directory_path() / "mivora-media-XXXXXX").string();
-        EXPECT_NE(::mkdtemp(name.data()), nullptr);
-        return name;
-    }
     void write(const std::string& name, const std::string& text)
     {
         fs::create_directories((folder / name).parent_path());
@@ -74,7 +66,8 @@ protected:
     }
     static std::string body(const std::string& answer) { return answer.substr(answer.find("\r\n\r\n") + 4); }
 
-    const fs::path folder = makeFolder();
+    const test::TemporaryFolder files;
+    const fs::path folder = files.path();
     std::unique_ptr<MediaServer> server;
 };
 

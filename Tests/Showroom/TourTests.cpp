@@ -11,13 +11,12 @@
 #include "Service/Mivora.h"
 #include "Showroom/Media/FrameCode.h"
 #include "Showroom/ShowroomApp.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "UI/Utils/MVUtilities.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <unistd.h>
 
 namespace showroom {
 namespace {
@@ -27,7 +26,6 @@ namespace fs = std::filesystem;
 class TourTest : public testing::Test {
 protected:
     TourTest() { fs::create_directories(folder); }
-    ~TourTest() override { fs::remove_all(folder); }
 
     std::vector<JSONValue> events() const
     {
@@ -46,7 +44,8 @@ protected:
             [&](const auto& entry) { return entry.path().extension() == extension; }));
     }
 
-    const fs::path folder = fs::temp_directory_path() / ("tour of " + std::to_string(getpid()));
+    const test::TemporaryFolder files;
+    const fs::path folder = files / "tour of a shop";
 };
 
 TEST_F(TourTest, findsEverythingThatItsStoryTouches)
@@ -174,8 +173,7 @@ TEST_F(TourTest, isPlayedWhereThereIsNoDisplay)
     const auto command = "cd '" + folder.string() + "' && env -u DISPLAY -u WAYLAND_DISPLAY '" + program.string()
         + "' --fast --device small > said.txt 2> console.txt";
     EXPECT_EQ(std::system(command.c_str()), 0);
-    std::ifstream file(folder / "said.txt");
-    const std::string said((std::istreambuf_iterator<char>(file)), {});
+    const std::string said = test::contentOf(folder / "said.txt");
     EXPECT_NE(said.find("tour.mp4 are in " + (folder / "Pictures").string()), std::string::npos) << said;
     std::ifstream console(folder / "console.txt");
     for (std::string line; std::getline(console, line);)
