@@ -4,7 +4,6 @@
 #include "Tests/Support/RawServer.h"
 
 #include <cmath>
-#include <limits>
 
 namespace platform {
 namespace {
@@ -277,36 +276,28 @@ TEST_F(MediaTest, mayBeDroppedByWhomeverItTells)
         layer->setPlayer(nullptr);
         player = nullptr;
     };
-    open(films.plain());
-    player->currentItem()->onStatusChange = [&](AVPlayerItemStatus) { drop(); };
-    player->play();
-    host.advance(1);
-    EXPECT_EQ(player, nullptr);
-
-    for (const Status dropAt : { Status::playing, Status::paused }) {
-        open(films.plain());
+    const auto dropAt = [&](Status status) {
         player->addPeriodicTimeObserver(0.5, [](double) {});
-        player->onTimeControlStatusChange = [&](Status, Status now) {
-            if (now == dropAt)
+        player->onTimeControlStatusChange = [drop, status](Status, Status now) {
+            if (now == status)
                 drop();
         };
+    };
+    const std::pair<const char*, std::function<void()>> cases[]
+        = { { "when it is ready", [&] { player->currentItem()->onStatusChange = [&](AVPlayerItemStatus) { drop(); }; } },
+              { "when it plays", [&] { dropAt(Status::playing); } }, { "when it pauses", [&] { dropAt(Status::paused); } },
+              { "in time", [&] { player->addPeriodicTimeObserver(0.1, [&](double) { drop(); }); } },
+              { "after a seek", [&] { player->seek(1, [&](bool) { drop(); }); } } };
+    for (const auto& [why, listen] : cases) {
+        SCOPED_TRACE(why);
+        open(films.plain());
+        listen();
         player->play();
-        host.advance(0.1);
+        host.advance(1);
         if (player)
             player->pause();
         EXPECT_EQ(player, nullptr);
     }
-
-    open(films.plain());
-    player->addPeriodicTimeObserver(0.1, [&](double) { drop(); });
-    player->play();
-    host.advance(1);
-    EXPECT_EQ(player, nullptr);
-
-    open(films.plain());
-    player->seek(1, [&](bool) { drop(); });
-    host.advance(1);
-    EXPECT_EQ(player, nullptr);
 }
 
 // In every state: loading, ready, playing, seeking, at the end, failed.

@@ -9,8 +9,6 @@
 
 #include <poll.h>
 
-#include <cmath>
-
 namespace platform {
 namespace {
 
@@ -128,21 +126,6 @@ TEST_F(RealTimeMediaTest, endsPausesAndStartsOver)
     EXPECT_EQ(player->currentTime(), time);
     EXPECT_NEAR(shownFrame().value_or(-1), time * 30, 3);
     EXPECT_EQ(ends, 1);
-}
-
-TEST_F(RealTimeMediaTest, loopsFromTheEndsNotification)
-{
-    int ends = 0;
-    open(films.film("short.mp4", { .width = 320, .height = 240, .frames = 10, .loudness = 0 }));
-    player->setActionAtItemEnd(AVPlayerActionAtItemEnd::none);
-    const auto token
-        = NotificationCenter::defaultCenter().addObserver(AVPlayerItem::didPlayToEndTimeNotification, [&](const Notification&) {
-              ++ends;
-              player->seek(0);
-          });
-    player->play();
-    EXPECT_TRUE(runUntil([&] { return ends == 4; }));
-    EXPECT_EQ(player->timeControlStatus(), Status::playing);
 }
 
 TEST_F(RealTimeMediaTest, soundReachesTheDeviceUnlessMuted)

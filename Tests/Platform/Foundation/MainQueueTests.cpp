@@ -2,7 +2,6 @@
 
 #include "Tests/Platform/Foundation/QuietTest.h"
 
-#include <atomic>
 #include <chrono>
 #include <ctime>
 #include <limits>
@@ -47,15 +46,6 @@ double threadSeconds()
 }
 
 } // namespace
-
-TEST_F(MainQueueTests, runsBlocksInTheOrderOfPosting)
-{
-    queue.async(note("a"));
-    queue.async(note("b"));
-    queue.async(note("c"));
-    queue.run(clock.now());
-    EXPECT_EQ(events, (Names { "a", "b", "c" }));
-}
 
 TEST_F(MainQueueTests, whatABlockPostsWaitsForTheNextPass)
 {
@@ -172,27 +162,6 @@ TEST_F(MainQueueTests, keepsEachThreadsOrderAndLosesNothing)
         queue.run(clock.now());
     joiner.join();
     EXPECT_TRUE(queue.waitUntilQuiescent());
-}
-
-TEST_F(MainQueueTests, isQuiescentOnlyAfterAWholeChainOfJobs)
-{
-    std::vector<std::thread> workers;
-    const auto work = [&](const char* name, MainQueue::Block then) {
-        workers.emplace_back([this, name, then = std::move(then), job = CountedJob()]() mutable {
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            queue.async([this, name, then = std::move(then)] {
-                events.push_back(name);
-                if (then)
-                    then();
-            });
-            job.end();
-        });
-    };
-    work("load", [&] { work("decode", nullptr); });
-    EXPECT_TRUE(queue.waitUntilQuiescent());
-    EXPECT_EQ(events, (Names { "load", "decode" }));
-    for (auto& worker : workers)
-        worker.join();
 }
 
 TEST_F(MainQueueTests, aJobLastsAsLongAsItsLastCopy)

@@ -1,6 +1,5 @@
 #include "Platform/Foundation/Text.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>

@@ -1,6 +1,5 @@
 #include "Platform/Foundation/UserDefaults.h"
 
-#include "Platform/Foundation/JSONCoding.h"
 #include "Tests/Platform/Foundation/MemoryDisk.h"
 #include "Tests/Platform/Foundation/QuietTest.h"
 #include "Tests/Support/TemporaryFolder.h"

@@ -5,8 +5,6 @@
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIDevice.h"
-#include "Platform/UIKit/UIImageView.h"
-#include "Platform/UIKit/UIKeyboard.h"
 #include "Platform/UIKit/UILabel.h"
 #include "Platform/UIKit/UIScrollView.h"
 #include "Platform/UIKit/UIViewController.h"
@@ -43,18 +41,6 @@ protected:
     HeadlessHost host;
     std::shared_ptr<UIWindow> window = make<UIWindow>();
 };
-
-TEST_F(HeadlessHostTest, showsPixelsAtTheDevicesScale)
-{
-    add(make<UIView>(), { 10, 20, 30, 40 })->setBackgroundColor(UIColor::red());
-    host.advance(0);
-    EXPECT_EQ(host.pixels().width(), 1179);
-    EXPECT_EQ(host.pixels().height(), 2556);
-    EXPECT_EQ(pixel({ 5, 5 }), 0xffffffu);
-    EXPECT_EQ(pixel({ 10, 20 }), 0xff0000u);
-    EXPECT_EQ(pixel({ 39.7, 59.7 }), 0xff0000u);
-    EXPECT_EQ(pixel({ 40, 60 }), 0xffffffu);
-}
 
 TEST_F(HeadlessHostTest, drawsNothingWhileNothingChanges)
 {
@@ -169,33 +155,6 @@ TEST_F(HeadlessHostTest, turnsTheInterfaceWhereTheApplicationSupportsIt)
     host.advance(0.5);
     EXPECT_EQ(window->safeAreaInsets(), (UIEdgeInsets { 59, 0, 34, 0 }));
     EXPECT_EQ(heard.size(), 3u) << "the device tells of itself, whatever the interface does";
-}
-
-TEST_F(HeadlessHostTest, followsAppearanceAndDirection)
-{
-    const auto box = add(make<UIView>(), { 0, 0, 20, 20 });
-    box->setBackgroundColor(UIColor::label());
-    EXPECT_EQ(pixel({ 5, 5 }), 0x000000u);
-    host.setAppearance(UIUserInterfaceStyle::dark);
-    EXPECT_EQ(pixel({ 5, 5 }), 0xffffffu);
-    host.setDirection(UIUserInterfaceLayoutDirection::rightToLeft);
-    EXPECT_EQ(box->effectiveUserInterfaceLayoutDirection(), UIUserInterfaceLayoutDirection::rightToLeft);
-}
-
-TEST_F(HeadlessHostTest, saysWhereTheKeyboardWillBe)
-{
-    CGRect frame;
-    double duration = 0;
-    const auto token = NotificationCenter::defaultCenter().addObserver(
-        UIKeyboard::willChangeFrameNotification, [&](const Notification& heard) {
-            frame = *heard.value<CGRect>(UIKeyboard::frameEndUserInfoKey);
-            duration = *heard.value<double>(UIKeyboard::animationDurationUserInfoKey);
-        });
-    host.setKeyboardHeight(325);
-    EXPECT_EQ(frame, (CGRect { 0, 527, 393, 325 }));
-    EXPECT_EQ(duration, 0.25);
-    host.setKeyboardHeight(0, 0.1);
-    EXPECT_EQ(frame.y, 852);
 }
 
 class Typewriter final : public UIView {

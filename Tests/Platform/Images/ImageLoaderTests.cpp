@@ -122,25 +122,24 @@ TEST_F(ImageLoading, servesTheNewestWishesFirstAndOnlySoManyAtOnce)
 
 TEST_F(ImageLoading, memoryHasABound)
 {
+    constexpr ImageTarget huge { 512, 512, ImageFit::fill };
+    const auto loadOthers = [&](int first, int end) {
+        for (int i = first; i < end; ++i) {
+            const auto path = "/" + std::to_string(i);
+            serve(path, body);
+            requests.clear();
+            requests.push_back(loader->load(address(path), huge, [](const auto&) {}));
+            host.advance(0);
+        }
+    };
     serve("/a.png", body);
     got.push_back(load(address("/a.png")));
-    for (int i = 0; i < 40; ++i) {
-        const auto path = "/" + std::to_string(i);
-        serve(path, body);
-        requests.clear();
-        requests.push_back(loader->load(address(path), ImageTarget { 512, 512, ImageFit::fill }, [](const auto&) {}));
-        host.advance(0);
-    }
-    EXPECT_TRUE(loader->find(address("/39"), { 512, 512, ImageFit::fill }));
-    EXPECT_FALSE(loader->find(address("/0"), { 512, 512, ImageFit::fill }));
+    loadOthers(0, 40);
+    EXPECT_TRUE(loader->find(address("/39"), huge));
+    EXPECT_FALSE(loader->find(address("/0"), huge));
     EXPECT_TRUE(loader->find(address("/a.png"), small)) << "as long as somebody shows it";
     got.clear();
-    for (int i = 40; i < 80; ++i) {
-        const auto path = "/" + std::to_string(i);
-        serve(path, body);
-        requests.push_back(loader->load(address(path), ImageTarget { 512, 512, ImageFit::fill }, [](const auto&) {}));
-        host.advance(0);
-    }
+    loadOthers(40, 80);
     EXPECT_FALSE(loader->find(address("/a.png"), small));
 }
 

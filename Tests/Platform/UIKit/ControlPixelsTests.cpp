@@ -1,7 +1,6 @@
 // What labels, image views and buttons put on the screen, after the compositor.
 #include "Platform/QuartzCore/Compositor.h"
 #include "Platform/QuartzCore/LayerCommitter.h"
-#include "Platform/QuartzCore/RenderList.h"
 #include "Platform/UIKit/UIButton.h"
 #include "Platform/UIKit/UIImageView.h"
 #include "Platform/UIKit/UILabel.h"
@@ -101,18 +100,6 @@ TEST_F(ControlPixels, ofALabelAloneAreRepaintedWhenItChanges)
     label->setText("two");
     label->setNeedsLayout();
     EXPECT_TRUE(repaints().isEmpty());
-}
-
-TEST_F(ControlPixels, ofAnEmojiKeepTheirOwnColors)
-{
-    addLabel("❤️")->setTextColor(UIColor(0, 0, 1));
-    show();
-    int red = 0;
-    const PixelRect box = painted();
-    for (int y = box.y; y < box.maxY(); ++y)
-        for (int x = box.x; x < box.maxX(); ++x)
-            red += (pixel(x, y) >> 16) > 0xb0 && (pixel(x, y) & 0xff) < 0x60;
-    EXPECT_GT(red, 100);
 }
 
 TEST_F(ControlPixels, ofAnImageLieAsItsContentModeSays)

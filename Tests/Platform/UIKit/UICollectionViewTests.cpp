@@ -2,9 +2,6 @@
 
 #include "Tests/Platform/UIKit/ScreenTest.h"
 
-#include <algorithm>
-#include <map>
-
 namespace platform {
 namespace {
 

@@ -33,10 +33,6 @@ TEST(UIColor, systemPaletteIsTheAgreedOneInBothAppearances)
     };
     const Case cases[] = {
         { "label", UIColor::label(), "#000000ff", "#ffffffff" },
-        { "secondary label", UIColor::secondaryLabel(), "#3c3c4399", "#ebebf599" },
-        { "separator", UIColor::separator(), "#3c3c434a", "#54545899" },
-        { "gray 4", UIColor::systemGray4(), "#d1d1d6ff", "#3a3a3cff" },
-        { "gray 5", UIColor::systemGray5(), "#e5e5eaff", "#2c2c2eff" },
         { "red", UIColor::systemRed(), "#ff3b30ff", "#ff453aff" },
         { "blue", UIColor::systemBlue(), "#007affff", "#0a84ffff" },
     };

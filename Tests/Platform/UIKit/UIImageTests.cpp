@@ -139,13 +139,5 @@ TEST(UIImage, namesWhatCannotBeDecoded)
     EXPECT_NE(log.lines()[0].find("https://example.com/a.png"), std::string::npos);
 }
 
-TEST(UIImage, ofTheKitIsThere)
-{
-    const auto icon = UIImage::named("leftArrowBackIcon", kitBundle());
-    ASSERT_TRUE(icon);
-    EXPECT_EQ(icon->size(), (CGSize { 24, 24 }));
-    EXPECT_TRUE(icon->isTemplate());
-}
-
 } // namespace
 } // namespace platform

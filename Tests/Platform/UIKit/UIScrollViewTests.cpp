@@ -2,7 +2,6 @@
 
 #include "Platform/Foundation/MainQueue.h"
 #include "Platform/UIKit/UIControl.h"
-#include "Platform/UIKit/UIPanGestureRecognizer.h"
 #include "Tests/Platform/UIKit/ScreenTest.h"
 
 namespace platform {

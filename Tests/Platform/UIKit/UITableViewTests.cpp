@@ -310,20 +310,6 @@ protected:
     CGRect place(int row) { return onScreen(*table->cellForRow(row)); }
 };
 
-TEST_F(FlippedTableTest, growsUpwards)
-{
-    EXPECT_EQ(place(0), (CGRect { 0, 420, 320, 60 }));
-    EXPECT_EQ(place(1), (CGRect { 0, 360, 320, 60 }));
-    const auto cell = table->cellForRow(1);
-    EXPECT_EQ(cell->convertTo(CGPoint { 0, 10 }, nullptr).y, 370) << "upright";
-    EXPECT_TRUE(window->hitTest({ 100, 375 }, nullptr)->isDescendant(*cell));
-    source->first = -1;
-    show(101);
-    turnCells();
-    EXPECT_EQ(place(1), (CGRect { 0, 360, 320, 60 }));
-    EXPECT_EQ(screenY(-1), 420) << "the new one is at the bottom at once";
-}
-
 TEST_F(FlippedTableTest, fingerAndWheelMoveItTheRightWayRound)
 {
     touch(UITouchPhase::began, { 100, 200 });

@@ -366,51 +366,32 @@ TEST_F(UITextViewTest, settingWhatItShowsCostsNothing)
     EXPECT_EQ(text->layer()->sublayers().at(0)->contents().get(), picture) << "drawn once for both times";
 }
 
-class LongPressTest : public ScreenTest {
-protected:
-    LongPressTest()
-    {
-        view = add({ 0, 0, 100, 100 });
-        press = make<UILongPressGestureRecognizer>([this](UIGestureRecognizer& r) { states.push_back(r.state()); });
-        view->addGestureRecognizer(press);
-    }
-    void wait(double seconds)
-    {
-        clock.advance(seconds);
-        MainQueue::shared().run(clock.now());
-    }
-    std::shared_ptr<UIView> view;
-    std::shared_ptr<UILongPressGestureRecognizer> press;
-    std::vector<UIGestureRecognizerState> states;
-};
+using LongPressTest = ScreenTest;
 
-TEST_F(LongPressTest, beginsAfterAWhileAndFollowsTheFinger)
+TEST_F(LongPressTest, beginsAfterAWhileAtRestAndFollowsTheFinger)
 {
     using State = UIGestureRecognizerState;
-    touch(UITouchPhase::began, { 50, 50 });
-    wait(0.4);
-    EXPECT_TRUE(states.empty());
-    wait(0.2);
-    touch(UITouchPhase::moved, { 50, 90 });
-    touch(UITouchPhase::ended, { 50, 90 });
-    EXPECT_EQ(states, (std::vector<State> { State::began, State::changed, State::ended }));
-}
-
-TEST_F(LongPressTest, aTapAndADragAreNone)
-{
+    std::vector<State> states;
+    add({ 0, 0, 100, 100 })->addGestureRecognizer(make<UILongPressGestureRecognizer>([&](UIGestureRecognizer& r) {
+        states.push_back(r.state());
+    }));
+    const auto wait = [&](double seconds) { MainQueue::shared().advance(clock, seconds); };
     tap({ 50, 50 });
     touch(UITouchPhase::began, { 50, 50 });
     wait(0.3);
-    touch(UITouchPhase::moved, { 50, 70 });
+    touch(UITouchPhase::moved, { 50, 70 }); // a drag
     wait(0.3);
     touch(UITouchPhase::ended, { 50, 70 });
     touch(UITouchPhase::began, { 50, 50 });
     wait(0.3);
     touch(UITouchPhase::ended, { 50, 50 });
     touch(UITouchPhase::began, { 50, 50 });
-    wait(0.3);
+    wait(0.4);
     EXPECT_TRUE(states.empty()) << "the wait of one press does not count for the next";
-    touch(UITouchPhase::ended, { 50, 50 });
+    wait(0.2);
+    touch(UITouchPhase::moved, { 50, 90 });
+    touch(UITouchPhase::ended, { 50, 90 });
+    EXPECT_EQ(states, (std::vector<State> { State::began, State::changed, State::ended }));
 }
 
 } // namespace

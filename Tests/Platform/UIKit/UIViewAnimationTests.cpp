@@ -1,7 +1,5 @@
 #include "ScreenTest.h"
 
-#include "Platform/QuartzCore/CATransaction.h"
-
 namespace platform {
 namespace {
 

@@ -92,33 +92,6 @@ protected:
     std::shared_ptr<UIWindow> window;
 };
 
-TEST_F(WindowHostTest, showsTheFrameAndPressesWhatIsClicked)
-{
-    open();
-    const auto button = make<UIButton>();
-    button->setFrame({ 40, 100, 120, 44 });
-    button->setBackgroundColor(UIColor::red());
-    window->addSubview(button);
-    int presses = 0;
-    button->addAction(UIControlEvent::touchUpInside, [&] {
-        ++presses;
-        button->setBackgroundColor(blue);
-    });
-    test::Screenshot before, after;
-    play([&] {
-        before = display->screenshot();
-        display->click(60, 120);
-        settle();
-        after = display->screenshot();
-    });
-    EXPECT_EQ(before.width, 320);
-    EXPECT_EQ(before.height, 568);
-    EXPECT_EQ(before.at(39, 120), 0xffffffu);
-    EXPECT_EQ(before.at(40, 120), 0xff0000u);
-    EXPECT_EQ(presses, 1);
-    EXPECT_EQ(after.at(40, 120), 0x0000ffu);
-}
-
 TEST_F(WindowHostTest, scrollsWhatIsUnderTheWheel)
 {
     open();
