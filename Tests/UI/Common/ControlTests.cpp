@@ -3,7 +3,6 @@
 #include "UI/Common/SubViews/MVButtonsTabView.h"
 #include "UI/Common/SubViews/MVHorizontalImageTextView.h"
 #include "UI/Common/SubViews/MVUIViewControllerHeader.h"
-#include "UI/Utils/MVUtilities.h"
 
 namespace mv {
 namespace {

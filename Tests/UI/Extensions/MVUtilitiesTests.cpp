@@ -28,8 +28,6 @@ TEST(MVLocalized, readsTheHostsTableAndFallsBackToTheKey)
 TEST(getFormattedCurrencyString, readsAsTheLocaleWritesIt)
 {
     Locale::setCurrent(Locale { "en_US" });
-    EXPECT_EQ(getFormattedCurrencyString(1234.5, "USD"), "$1,234.50");
-    EXPECT_EQ(getFormattedCurrencyString(1234.5), "$1,234.50");
     EXPECT_EQ(getFormattedCurrencyString(1200, "JPY"), "¥1,200");
     Locale::setCurrent(Locale { "de_DE" });
     EXPECT_EQ(getFormattedCurrencyString(1234.5), "1.234,50\u00a0€");

@@ -91,18 +91,6 @@ TEST_F(ListEventsTest, onlyRecordedShowsBecomePastOnesAndEachOnce)
     EXPECT_EQ(message(0), "There are currently no Live Shows. Please check back later.");
 }
 
-TEST_F(ListEventsTest, aShowGoesAllTheWayFromUpcomingToPast)
-{
-    const auto show = makeShow("s", Status::upcoming);
-    show->isRecordingAllowed = true;
-    openList({}, { show }, {});
-    start("s");
-    complete("s");
-    EXPECT_FALSE(showsTable(0) || showsTable(1));
-    EXPECT_EQ(titles(2), Lines { "Show s" });
-    EXPECT_TRUE(find(table(2)->cellForRow(0), "dateTimeView"));
-}
-
 TEST_F(ListEventsTest, othersAreIgnored)
 {
     const auto live = makeShows({ "a" }), upcoming = makeShows({ "u" }, Status::upcoming), past = makeShows({ "p" });
@@ -163,16 +151,6 @@ TEST_F(ListEventsTest, mayComeWhileTheListAsksForThem)
     service->answer(live);
     EXPECT_EQ(service->takeCalls().back(), "subscribe b") << "each of the answer's shows";
     EXPECT_EQ(message(0), "There are currently no Live Shows. Please check back later.");
-}
-
-TEST_F(ListEventsTest, areNotHeardAfterItHasGone)
-{
-    const auto upcoming = makeShows({ "u" }, Status::upcoming);
-    openList({}, upcoming, {});
-    navigation->popViewController(false);
-    EXPECT_EQ(service->delegateCount(), 0u);
-    start("u");
-    EXPECT_EQ(upcoming[0]->status, Status::upcoming);
 }
 
 TEST_F(ListEventsTest, aNewFirstShowDoesNotMoveWhatIsRead)

@@ -34,15 +34,6 @@ TEST_F(ListLoadingTest, showsTheLoaderUntilThePastListIsThere)
     EXPECT_EQ(state(), "pages refreshable");
 }
 
-TEST_F(ListLoadingTest, givesEveryPageItsListInTheServicesOrder)
-{
-    openList(makeShows({ "9", "1", "5" }), makeShows({ "7", "3" }, Status::upcoming), makeShows({ "2", "8" }, Status::completed));
-    EXPECT_EQ(titles(0), (Lines { "Show 9", "Show 1", "Show 5" }));
-    EXPECT_EQ(titles(1), (Lines { "Show 7", "Show 3" }));
-    EXPECT_EQ(titles(2), (Lines { "Show 2", "Show 8" }));
-    EXPECT_EQ(actions(0).front() + actions(1).front() + actions(2).front(), "mvJoinNowmvPreviewmvPlayNow");
-}
-
 TEST_F(ListLoadingTest, leavesOutWhatIsOver)
 {
     openList();

@@ -1,4 +1,3 @@
-#include "Platform/UIKit/UIImageView.h"
 #include "Tests/UI/Screens/ListStage.h"
 #include "UI/Extensions/MVColor.h"
 

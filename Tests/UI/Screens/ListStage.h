@@ -70,13 +70,7 @@ protected:
         Mivora::install(service);
         host.advance(0);
     }
-    ~ListStage() override
-    {
-        service->asked.clear();
-        window = nullptr;
-        host.advance(0);
-        Mivora::install(nullptr);
-    }
+    ~ListStage() override { service->asked.clear(); }
 
     // So high that several cards of a page are seen at once.
     void useTallDevice()

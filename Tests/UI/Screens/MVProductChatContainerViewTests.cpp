@@ -420,20 +420,6 @@ TEST_F(ChatPanelTest, theChatFadesOverItsTopQuarter)
     EXPECT_GT(covered(y + 305, y + 330), 200u);
 }
 
-TEST_F(ChatPanelTest, linksAreUprightInTheFlippedTable)
-{
-    auto chatLines = lines(1, 100);
-    chatLines.insertAtFront(message(101, "see https://shop.example/care"));
-    setChat(chatLines);
-    showAll();
-    const CGRect line = onScreen(*find(table()->cellForRow(0), "messageTextView"));
-    host.tap({ line.x + 20, line.midY() });
-    EXPECT_TRUE(host.openedURLs().empty()) << "beside the link";
-    host.tap({ line.maxX() - 30, line.midY() });
-    ASSERT_EQ(host.openedURLs().size(), 1u);
-    EXPECT_EQ(host.openedURLs()[0].absoluteString(), "https://shop.example/care");
-}
-
 TEST_F(ChatPanelTest, runsFromTheRightWhereTheInterfaceDoes)
 {
     host.setDirection(UIUserInterfaceLayoutDirection::rightToLeft);

@@ -73,10 +73,8 @@ protected:
     ~RouterStage() override
     {
         service->completions.clear();
-        broadcast = nullptr;
         window = nullptr;
         host.advance(0);
-        Mivora::install(nullptr);
         UIApplication::shared().setIdleTimerDisabled(false);
     }
 

@@ -33,6 +33,12 @@ protected:
     using Lines = std::vector<std::string>;
 
     ShopStage() { window->setRootViewController(navigation); }
+    ~ShopStage() override
+    {
+        window = nullptr; // whose screens take leave of the service
+        host.advance(0);
+        Mivora::install(nullptr);
+    }
 
     std::shared_ptr<UIAlertController> alert() const
     {
