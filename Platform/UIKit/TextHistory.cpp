@@ -39,12 +39,11 @@ void TextHistory::didUndo()
 void TextHistory::didRedo()
 {
     done += redoable() ? 1 : 0;
-    endStep();
 }
 
 bool TextHistory::joinsLast(const TextChange& change)
 {
-    if (!grows || steps.empty() || change.anchor != change.caret)
+    if (!grows || steps.empty())
         return false;
     TextChange& last = steps.back();
     if (change.removed.empty()) {

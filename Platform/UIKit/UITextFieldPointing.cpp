@@ -104,7 +104,6 @@ void UITextField::select(int taps, CGFloat x)
 // What the button came down on stays selected.
 void UITextField::extendSelection(CGFloat x)
 {
-    layoutIfNeeded(); // what the last move brought into sight
     const NSRange first = selectedFirst;
     if (first.length == 0) {
         editor.moveTo(editedLine->positionAt(x), true);

@@ -15,7 +15,7 @@ using Way = TextEditor::Way;
 using Unit = TextEditor::Unit;
 
 // Characters are typed one by one; "<" and ">" delete before and after the caret, "|" puts it where it is, "^" at the beginning,
-// "~" selects everything, and what stands in brackets is pasted.
+// "~" selects everything, "-" takes back, and what stands in brackets is pasted.
 void write(TextEditor& editor, std::string_view keys)
 {
     std::string pasted;
@@ -29,8 +29,12 @@ void write(TextEditor& editor, std::string_view keys)
             pasted += key;
         else if (key == "<" || key == ">")
             editor.replace(editor.deletionRange(key == "<" ? Way::backward : Way::forward, Unit::character), "");
-        else if (key == "|" || key == "^")
-            editor.moveTo({ key == "|" ? editor.caret().offset : 0 });
+        else if (key == "|")
+            editor.moveTo(editor.caret());
+        else if (key == "^")
+            editor.select(0, 0);
+        else if (key == "-")
+            editor.undo();
         else if (key == "~")
             editor.select(0, editor.text().size());
         else
@@ -55,6 +59,8 @@ TEST(TextHistory, takesBackWhatBelongsTogether)
         { "what is written over a selection goes with it", "ab~cd", { "ab", "" } },
         { "what is cut does not go with what is deleted then", "[a b]^~<[cd]<<", { "cd", "", "a b", "" } },
         { "typing elsewhere", "ab^c", { "ab", "" } },
+        { "a caret that was set begins anew", "[abcd]^>^>", { "bcd", "abcd", "" } },
+        { "so does what was taken back", "ab<-c", { "ab", "" } },
         { "nothing", "<>", {} },
     };
     for (const Case& c : cases) {

@@ -106,19 +106,27 @@ TEST_F(UITextFieldPointing, selectsWhatTheMouseIsDrawnOver)
     EXPECT_EQ(selected(), "ea f");
     advance(1);
 
+    int presses = 0;
+    field->addAction(UIControlEvent::touchUpInside, [&] { ++presses; });
     click(inFor);
     EXPECT_EQ(selected(), "");
+    EXPECT_EQ(presses, 1) << "it is a control all the same";
     click(inFor);
     EXPECT_EQ(selected(), "for");
-    click(inFor);
+    mouse(UITouchPhase::began, inFor);
     EXPECT_EQ(selected(), "tea for two");
+    mouse(UITouchPhase::moved, inTea);
+    EXPECT_EQ(selected(), "tea for two") << "there is no more";
+    mouse(UITouchPhase::ended, inTea);
     click(inFor);
     EXPECT_EQ(selected(), "") << "from the beginning";
     click(inFor + 6);
     EXPECT_EQ(selected(), "") << "not at the same place";
     advance(1);
-    click(inFor);
-    mouse(UITouchPhase::began, inFor);
+    const CGFloat endOfFor = middle(6) + 2;
+    click(endOfFor);
+    mouse(UITouchPhase::began, endOfFor);
+    EXPECT_EQ(selected(), "for") << "up to its last letter's right half";
     mouse(UITouchPhase::moved, inTwo);
     EXPECT_EQ(selected(), "for two") << "by words";
     mouse(UITouchPhase::moved, inTea);
@@ -132,8 +140,10 @@ TEST_F(UITextFieldPointing, selectsWhatTheMouseIsDrawnOver)
     mouse(UITouchPhase::moved, inTwo + 3);
     EXPECT_GT(selected().size(), 3u) << "a mouse that stays is no finger that stays";
     field->resignFirstResponder();
+    const NSRange left = field->selectedRange();
     mouse(UITouchPhase::moved, inTea);
     EXPECT_FALSE(field->isEditing());
+    EXPECT_EQ(field->selectedRange(), left);
     mouse(UITouchPhase::ended, inTea);
 
     field->setEnabled(false);
