@@ -2,6 +2,7 @@
 
 #include "Platform/Host/HeadlessHost.h"
 #include "Showroom/Scenes/GalleryViewController.h"
+#include "Showroom/Scenes/TextFieldsViewController.h"
 #include "Showroom/Service/CannedService.h"
 #include "Showroom/ShowroomApp.h"
 #include "Showroom/Tour/ScreenReader.h"
@@ -28,6 +29,21 @@ void showGallery(ShowroomApp& app, HeadlessHost& host)
     host.skip(0);
     gallery->startReactions();
     host.skip(2.6); // the first reactions are near the top by then, the last ones just leave
+}
+
+// One of the fields is written in, and a word selected.
+void showTextFields(ShowroomApp& app, HeadlessHost& host)
+{
+    app.show(make<TextFieldsViewController>());
+    host.skip(0);
+    const auto place = findOnScreen(host.device(), "fieldRounded");
+    const CGPoint beginning { place->x + 30, place->midY() };
+    host.tap(beginning);
+    host.skip(promptLength);
+    host.tapKeys(tourText("comment"));
+    host.tap(beginning);
+    host.tap(beginning);
+    host.skip(typedLength);
 }
 
 void showHome(ShowroomApp& app, HeadlessHost& host)
@@ -199,6 +215,7 @@ const std::vector<Scene>& allScenes()
 {
     static const std::vector<Scene> scenes = {
         { "gallery", showGallery },
+        { "text-fields", showTextFields },
         { "home", showHome },
         { "list-live", showList },
         { "list-upcoming", showListUpcoming },

@@ -102,6 +102,7 @@ struct Expectation {
 };
 const Expectation expectations[] = {
     { "gallery", "joinButton" },
+    { "text-fields", "fieldRounded" },
     { "home", "liveShowsButton" },
     { "list-live", "mvJoinNow" },
     { "list-upcoming", "mvPreview" },
