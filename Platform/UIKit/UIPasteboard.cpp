@@ -31,7 +31,6 @@ void UIPasteboard::setHost(UIPasteboardHost* newHost)
     host = newHost;
     isOwn = !host;
     text.clear();
-    outside.clear();
 }
 
 } // namespace platform

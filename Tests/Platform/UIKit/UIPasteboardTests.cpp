@@ -53,6 +53,9 @@ TEST(UIPasteboard, losesNothingWhenTheDesktopDoesNotTakeIt)
         EXPECT_EQ(desktop.text, "again");
         desktop.text = "and elsewhere";
         EXPECT_EQ(pasteboard.string(), "and elsewhere");
+        desktop.takes = false;
+        pasteboard.setString("at its end");
+        EXPECT_EQ(console.lines().size(), 2u);
     }
     EXPECT_FALSE(pasteboard.hasStrings()) << "the desktop has ended";
     pasteboard.setString("inside");

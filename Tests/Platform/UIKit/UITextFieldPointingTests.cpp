@@ -120,6 +120,8 @@ TEST_F(UITextFieldPointing, selectsWhatTheMouseIsDrawnOver)
     mouse(UITouchPhase::ended, inTea);
     click(inFor);
     EXPECT_EQ(selected(), "") << "from the beginning";
+    click(inFor);
+    EXPECT_EQ(selected(), "for");
     click(inFor + 6);
     EXPECT_EQ(selected(), "") << "not at the same place";
     advance(1);
