@@ -115,16 +115,13 @@ TEST_F(CannedServiceTest, answersListsByStatusOrderAndPage)
 TEST_F(CannedServiceTest, answersEachOperationAsItsScriptSays)
 {
     start();
-    struct Case {
-        CannedAnswer answer;
-        const char* heard;
-    };
-    for (const auto& c : { Case { CannedAnswer::success, "a" }, Case { CannedAnswer::failure, "canned_failure" },
-             Case { CannedAnswer::absent, "nothing" }, Case { CannedAnswer::twice, "a" }, Case { CannedAnswer::never, "" },
-             Case { CannedAnswer::offMainThread, "a" } }) {
-        SCOPED_TRACE(int(c.answer));
+    const std::pair<CannedAnswer, const char*> cases[]
+        = { { CannedAnswer::success, "a" }, { CannedAnswer::failure, "canned_failure" }, { CannedAnswer::absent, "nothing" },
+              { CannedAnswer::twice, "a" }, { CannedAnswer::never, "" }, { CannedAnswer::offMainThread, "a" } };
+    for (const auto& [answer, expected] : cases) {
+        SCOPED_TRACE(int(answer));
         const LogCapture console;
-        script("getBroadcast", c.answer);
+        script("getBroadcast", answer);
         std::string heard;
         Mivora::getBroadcast("a", [&](auto show, auto error) {
             heard += show ? *show->id : error ? *error->errorCode : "nothing";
@@ -132,7 +129,7 @@ TEST_F(CannedServiceTest, answersEachOperationAsItsScriptSays)
         advance(0.05);
         EXPECT_EQ(heard, "");
         advance(0.06);
-        EXPECT_EQ(heard, c.heard);
+        EXPECT_EQ(heard, expected);
     }
     script("getBroadcast", CannedAnswer::failure, 0, 1);
     EXPECT_FALSE(broadcast("a"));

@@ -39,10 +39,7 @@ TEST(CommandLine, readsATourWithItsOptions)
 
 TEST(CommandLine, saysInOneLineWhatItCannotUnderstand)
 {
-    const struct {
-        std::vector<std::string> words;
-        const char* problem;
-    } cases[] = {
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
         { { "dance" }, "the command \"dance\" is not one of: help scene scenes tour" },
         { { "scene" }, "scene: which one? \"showroom scenes\" lists them" },
         { { "scene", "moon" }, "there is no scene \"moon\"; \"showroom scenes\" lists them" },
@@ -55,10 +52,10 @@ TEST(CommandLine, saysInOneLineWhatItCannotUnderstand)
         { { "--out", "x" }, "\"--out\" is no option" },
         { { "--volume", "3" }, "\"--volume\" is no option" },
     };
-    for (const auto& c : cases) {
+    for (const auto& [words, expected] : cases) {
         std::string problem;
-        EXPECT_FALSE(CommandLine::parse(c.words, problem));
-        EXPECT_EQ(problem, c.problem);
+        EXPECT_FALSE(CommandLine::parse(words, problem));
+        EXPECT_EQ(problem, expected);
     }
 }
 

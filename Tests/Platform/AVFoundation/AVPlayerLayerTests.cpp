@@ -167,11 +167,7 @@ TEST_F(AVPlayerLayerTest, isDrawnLikeAnyPicture)
     still->setContentsGravity(CALayerContentsGravity::center);
     still->setContentsScale(3);
     still->setContents(CGImage::fromBitmap(layer->contents()->pixels()));
-    struct Look {
-        const char* why;
-        std::function<void(CALayer&)> apply;
-    };
-    const Look looks[] = { { "plain", [](CALayer&) {} },
+    const std::pair<const char*, std::function<void(CALayer&)>> looks[] = { { "plain", [](CALayer&) {} },
         { "between pixels",
             [](CALayer& l) {
                 l.setPosition({ 190.1, 260.25 });
@@ -199,8 +195,7 @@ TEST_F(AVPlayerLayerTest, isDrawnLikeAnyPicture)
         return words;
     };
     window->layer()->addSublayer(still);
-    for (const Look& look : looks) {
-        SCOPED_TRACE(look.why);
+    for (const auto& [why, apply] : looks) {
         for (CALayer* each : { static_cast<CALayer*>(layer.get()), still.get() }) {
             each->setTransform({});
             each->setFrame({ 40, 60, 300, 400 });
@@ -208,9 +203,9 @@ TEST_F(AVPlayerLayerTest, isDrawnLikeAnyPicture)
             each->setCornerRadius(0);
             each->setMasksToBounds(false);
             each->setMask(nullptr);
-            look.apply(*each);
+            apply(*each);
         }
-        EXPECT_TRUE(screenWith(layer) == screenWith(still));
+        EXPECT_TRUE(screenWith(layer) == screenWith(still)) << why;
     }
     still->removeFromSuperlayer();
 }

@@ -42,21 +42,6 @@ protected:
     std::shared_ptr<UIWindow> window = make<UIWindow>();
 };
 
-TEST_F(HeadlessHostTest, drawsNothingWhileNothingChanges)
-{
-    const auto label = add(make<UILabel>(), { 20, 100, 200, 30 });
-    label->setText("1,204 watching");
-    host.advance(1);
-    const int before = host.frameCount();
-    host.advance(60);
-    EXPECT_EQ(host.frameCount(), before);
-    label->setText("1,204 watching");
-    label->setTextColor(label->textColor());
-    window->setFrame(window->frame());
-    host.advance(1);
-    EXPECT_EQ(host.frameCount(), before);
-}
-
 TEST_F(HeadlessHostTest, animatesInFramesOfASixtiethToTheExactEnd)
 {
     const auto box = add(make<UIView>(), { 0, 0, 10, 10 });

@@ -275,26 +275,6 @@ TEST_F(CAAnimationTest, saysOnceWhyKeyTimesAreOfNoUse)
     }
 }
 
-TEST_F(CAAnimationTest, movesAlongACurveByItsParameter)
-{
-    // A flying reaction: one cubic from the bottom to the top.
-    const CGPoint start { 350, 800 }, c1 { 280, 600 }, c2 { 420, 200 }, end { 350, 0 };
-    auto path = std::make_shared<CGPath>();
-    path->moveTo(start);
-    path->curveTo(c1, c2, end);
-    auto animation = CAKeyframeAnimation::withKeyPath("position");
-    animation->path = path;
-    animation->duration = 2;
-    animation->timingFunction = curve(CAMediaTimingFunction::easeOut());
-    run(animation);
-    for (const double time : { 0.0, 0.5, 1.0, 1.75 }) {
-        const double t = bezier(0, 0, 0.58, 1, time / 2), s = 1 - t;
-        const CGPoint p = point(*layer, "position", 10 + time);
-        EXPECT_NEAR(p.x, s * s * s * start.x + 3 * s * s * t * c1.x + 3 * s * t * t * c2.x + t * t * t * end.x, 1e-3);
-        EXPECT_NEAR(p.y, s * s * s * start.y + 3 * s * s * t * c1.y + 3 * s * t * t * c2.y + t * t * t * end.y, 1e-3);
-    }
-}
-
 TEST_F(CAAnimationTest, sharesAPathOutByItsEndsOrItsLength)
 {
     auto path = std::make_shared<CGPath>();
@@ -332,34 +312,6 @@ TEST_F(CAAnimationTest, pacesACurveEvenly)
     run(animation);
     for (const double time : { 0.1, 0.5, 0.9 })
         EXPECT_NEAR(point(*layer, "position", 10 + time).x, 100 * time, 0.2);
-}
-
-TEST_F(CAAnimationTest, runsAGroupsMembersInTheGroupsOwnTime)
-{
-    // A busy indicator's stroke: begin times inside the group, for ever, later members over earlier ones.
-    const auto shape = add<CAShapeLayer>({ 0, 0, 10, 10 });
-    shape->setStrokeStart(0.99);
-    const auto member = [](const char* keyPath, double begin, double from, double to, double duration) {
-        auto animation = basic(keyPath, from, to, duration);
-        animation->beginTime = begin;
-        return animation;
-    };
-    auto group = make<CAAnimationGroup>();
-    group->animations = { member("strokeStart", 0.1, 0, 0.25, 1), member("strokeEnd", 0.1, 0, 1, 1),
-        member("strokeStart", 1, 0.25, 0.99, 0.5), member("strokeEnd", 1, 1, 1, 0.5) };
-    group->duration = 1.5;
-    group->repeatCount = forEver;
-    group->removedOnCompletion = false;
-    shape->addAnimation(group, "stroke");
-    frame(10);
-    for (const double round : { 0.0, 1.5, 150.0 }) {
-        const double start = 10 + round;
-        EXPECT_EQ(number(*shape, "strokeStart", start + 0.05), 0.99) << "nothing yet: the model's";
-        EXPECT_NEAR(number(*shape, "strokeStart", start + 0.6), 0.125, 1e-9);
-        EXPECT_NEAR(number(*shape, "strokeEnd", start + 0.6), 0.5, 1e-9);
-        EXPECT_NEAR(number(*shape, "strokeStart", start + 1.25), 0.62, 1e-9);
-        EXPECT_NEAR(number(*shape, "strokeEnd", start + 1.25), 1, 1e-9);
-    }
 }
 
 TEST_F(CAAnimationTest, clipsAndEasesMembersByTheGroup)

@@ -383,12 +383,8 @@ TEST_F(LayerCommitterTest, snapsToWholePixelsWhatRoundingMovedOff)
 
 TEST_F(LayerCommitterTest, laysPicturesByTheirGravity)
 {
-    struct Case {
-        CALayerContentsGravity gravity;
-        CGRect rect;
-    };
     using Gravity = CALayerContentsGravity;
-    const Case cases[] = {
+    const std::pair<Gravity, CGRect> cases[] = {
         { Gravity::resize, { 0, 0, 40, 30 } },
         { Gravity::resizeAspect, { 5, 0, 30, 30 } },
         { Gravity::resizeAspectFill, { 0, -5, 40, 40 } },
@@ -402,10 +398,10 @@ TEST_F(LayerCommitterTest, laysPicturesByTheirGravity)
     layer->setContents(picture(40, 40));
     layer->setContentsScale(2);
     layer->setContentsTint(red);
-    for (const Case& c : cases) {
-        layer->setContentsGravity(c.gravity);
+    for (const auto& [gravity, rect] : cases) {
+        layer->setContentsGravity(gravity);
         frame(1);
-        EXPECT_EQ(item(0).rect, c.rect) << int(c.gravity);
+        EXPECT_EQ(item(0).rect, rect) << int(gravity);
         EXPECT_EQ(std::get<RenderImage>(item(0).content).tint, red);
     }
     layer->setContentsGravity(Gravity::resizeAspectFill);

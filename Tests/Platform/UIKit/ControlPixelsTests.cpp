@@ -104,25 +104,22 @@ TEST_F(ControlPixels, ofALabelAloneAreRepaintedWhenItChanges)
 
 TEST_F(ControlPixels, ofAnImageLieAsItsContentModeSays)
 {
-    struct Case {
-        UIViewContentMode mode;
-        PixelRect painted;
-    };
     const auto view = make<UIImageView>(square(0xff112233));
     view->setFrame({ 10, 10, 80, 40 });
     view->setClipsToBounds(true);
     page->addSubview(view);
-    for (const Case& c : {
-             Case { UIViewContentMode::scaleToFill, { 20, 20, 160, 80 } },
-             { UIViewContentMode::scaleAspectFit, { 60, 20, 80, 80 } },
-             { UIViewContentMode::scaleAspectFill, { 20, 20, 160, 80 } },
-             { UIViewContentMode::center, { 90, 50, 20, 20 } },
-             { UIViewContentMode::topLeft, { 20, 20, 20, 20 } },
-         }) {
-        view->setContentMode(c.mode);
+    const std::pair<UIViewContentMode, PixelRect> cases[] = {
+        { UIViewContentMode::scaleToFill, { 20, 20, 160, 80 } },
+        { UIViewContentMode::scaleAspectFit, { 60, 20, 80, 80 } },
+        { UIViewContentMode::scaleAspectFill, { 20, 20, 160, 80 } },
+        { UIViewContentMode::center, { 90, 50, 20, 20 } },
+        { UIViewContentMode::topLeft, { 20, 20, 20, 20 } },
+    };
+    for (const auto& [mode, place] : cases) {
+        view->setContentMode(mode);
         show();
-        EXPECT_EQ(painted(), c.painted) << int(c.mode);
-        EXPECT_EQ(pixel(100, 60), c.painted.contains({ 100, 60, 1, 1 }) ? 0x112233u : 0xffffffu);
+        EXPECT_EQ(painted(), place) << int(mode);
+        EXPECT_EQ(pixel(100, 60), place.contains({ 100, 60, 1, 1 }) ? 0x112233u : 0xffffffu);
     }
 }
 

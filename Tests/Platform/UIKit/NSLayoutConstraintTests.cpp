@@ -132,26 +132,6 @@ TEST_F(NSLayoutConstraintTest, alignsBaselinesAndFollowsTheirChange)
     EXPECT_EQ(small->frame().y, 101);
 }
 
-TEST_F(NSLayoutConstraintTest, followsTheSafeArea)
-{
-    const auto view = addConstrained("view");
-    const auto host = add({ 0, 0, 320, 480 });
-    host->setAutoresizingMask(flexibleWidth | flexibleHeight);
-    const auto nested = addConstrained("nested", host);
-    fill(*view, *window->safeAreaLayoutGuide());
-    fill(*nested, *host->safeAreaLayoutGuide(), 1);
-    makeFrame();
-    EXPECT_EQ(view->frame(), (CGRect { 0, 0, 320, 480 }));
-    UIScreen::main().setGeometry({ 320, 480 }, { 59, 0, 34, 0 });
-    makeFrame();
-    EXPECT_EQ(view->frame(), (CGRect { 0, 59, 320, 387 }));
-    EXPECT_EQ(nested->frame(), (CGRect { 1, 60, 318, 385 }));
-    UIScreen::main().setGeometry({ 480, 320 }, { 0, 59, 21, 59 });
-    makeFrame();
-    EXPECT_EQ(view->frame(), (CGRect { 59, 0, 362, 299 }));
-    EXPECT_EQ(nested->frame(), (CGRect { 60, 1, 360, 297 }));
-}
-
 TEST_F(NSLayoutConstraintTest, saysOnceWhichConstraintsConflict)
 {
     const auto card = addConstrained("card");

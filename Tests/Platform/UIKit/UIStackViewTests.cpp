@@ -163,16 +163,12 @@ TEST_F(UIStackViewOnPage, followsItsContentsProportions)
 
 TEST_F(UIStackViewOnPage, alignsAcross)
 {
-    struct Case {
-        Alignment alignment;
-        CGFloat y;
-    };
     const auto high = add(20, 60), low = add(20, 20);
-    for (const Case& c : { Case { Alignment::top, 0 }, { Alignment::center, 20 }, { Alignment::bottom, 40 } }) {
-        stack->setAlignment(c.alignment);
+    for (const auto& [alignment, y] : { std::pair(Alignment::top, 0), { Alignment::center, 20 }, { Alignment::bottom, 40 } }) {
+        stack->setAlignment(alignment);
         lay();
         EXPECT_EQ(stack->frame().height, 60);
-        EXPECT_EQ(low->frame().y, c.y);
+        EXPECT_EQ(low->frame().y, y);
         EXPECT_EQ(low->frame().height, 20);
         EXPECT_EQ(high->frame().y, 0);
     }
@@ -300,18 +296,6 @@ TEST_F(UIStackViewOnPage, movesTheOthersInsideAnAnimation)
     EXPECT_FALSE(first->layer()->animation("position")) << "it comes at its own place";
     EXPECT_TRUE(first->layer()->animation("opacity"));
     EXPECT_EQ(first->alpha(), 1);
-}
-
-TEST_F(UIStackViewOnPage, whatIsInAViewThatComesIsAtItsPlaceToo)
-{
-    const auto first = add(30, 30);
-    const auto inner = addConstrained("inner", first);
-    fill(*inner, *first, 5);
-    first->setHidden(true);
-    lay();
-    UIView::animate(0.33, [&] { first->setHidden(false); });
-    EXPECT_EQ(inner->frame(), (CGRect { 5, 5, 20, 20 }));
-    EXPECT_FALSE(inner->layer()->hasAnimations()) << "it does not grow from the size that it never had on the screen";
 }
 
 } // namespace

@@ -426,36 +426,6 @@ TEST_F(UITableViewTest, rowsOfOneIdentityKeepACellEach)
     expectCovered();
 }
 
-// Reloads its table in every layout pass, as a page does that follows its shape.
-struct Page final : UIViewController {
-    std::shared_ptr<UITableView> table;
-    int layouts = 0;
-    void viewDidLayoutSubviews() override
-    {
-        ++layouts;
-        table->reloadData();
-    }
-};
-
-TEST_F(UITableViewTest, mayBeReloadedInEveryLayoutPass)
-{
-    const auto page = make<Page>();
-    page->table = table;
-    page->view()->addSubview(table);
-    window->setRootViewController(page);
-    source->count = 100;
-    makeFrame();
-    EXPECT_LE(page->layouts, 3);
-    const int settled = page->layouts;
-    makeFrame();
-    EXPECT_EQ(page->layouts, settled);
-    page->view()->setNeedsLayout();
-    makeFrame();
-    EXPECT_EQ(page->layouts, settled + 1);
-    expectCovered();
-    window->setRootViewController(nullptr);
-}
-
 TEST_F(UITableViewTest, anotherKindOfCellAndAnotherWidthAreMeasuredAnew)
 {
     source->height = [this](int) { return source->kind == std::string("row") ? 60.0 : 90.0; };

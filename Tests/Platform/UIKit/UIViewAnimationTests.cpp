@@ -34,20 +34,6 @@ TEST_F(UIViewAnimationTest, showsExactValuesOnTheWay)
     EXPECT_EQ(ended.size(), 1u);
 }
 
-TEST_F(UIViewAnimationTest, animatesALayoutPass)
-{
-    const auto bar = addConstrained("bar");
-    const auto width = bar->widthAnchor().equalToConstant(100);
-    activate({ width, bar->leadingAnchor().equalTo(window->leadingAnchor()), bar->heightAnchor().equalToConstant(10) });
-    makeFrame();
-    width->setConstant(300);
-    UIView::animate(1, 0, UIViewAnimationCurve::linear, [&] { bar->layoutIfNeeded(); });
-    makeFrame();
-    advance(0.5);
-    EXPECT_NEAR(bar->layer()->presentationFrame(clock.now()).width, 200, 1e-6);
-    EXPECT_EQ(bar->frame().width, 300);
-}
-
 TEST_F(UIViewAnimationTest, leavesOthersOutOfALayoutInABlock)
 {
     // A sibling tree that is new in this turn appears in its place instead of flying in from the corner.

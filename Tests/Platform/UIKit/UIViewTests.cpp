@@ -61,7 +61,7 @@ TEST_F(UIViewTest, convertsThroughTransformsAndScrolledBounds)
     EXPECT_NEAR(box.y, 110, 1e-9);
     EXPECT_NEAR(box.width, 10, 1e-9);
     EXPECT_NEAR(box.height, 20, 1e-9);
-    EXPECT_NEAR(inner->convertFrom(CGPoint { 200, 110 }, nullptr).y, 50, 1e-9);
+    EXPECT_NEAR(inner->convertFrom(box, nullptr).y, 50, 1e-9);
 }
 
 std::string order(const UIView& parent)

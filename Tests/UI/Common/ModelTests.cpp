@@ -42,10 +42,7 @@ TEST_F(ChatMessageTest, leavesOutWhatMayNotBeShown)
 {
     EXPECT_FALSE(makeChatMessage(nullptr, *broadcast));
     const auto whole = message;
-    const struct {
-        const char* why;
-        std::function<void(MVMessage&)> change;
-    } cases[] = {
+    const std::pair<const char*, std::function<void(MVMessage&)>> cases[] = {
         { "deleted", [](MVMessage& m) { m.isDeleted = true; } },
         { "not said to be kept", [](MVMessage& m) { m.isDeleted.reset(); } },
         { "no identifier", [](MVMessage& m) { m.id.reset(); } },
@@ -53,11 +50,10 @@ TEST_F(ChatMessageTest, leavesOutWhatMayNotBeShown)
         { "of another conversation", [](MVMessage& m) { m.conversationId = "other"; } },
         { "of no conversation", [](MVMessage& m) { m.conversationId.reset(); } },
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, change] : cases) {
         message = whole;
-        c.change(message);
-        EXPECT_FALSE(line());
+        change(message);
+        EXPECT_FALSE(line()) << why;
     }
 }
 

@@ -60,42 +60,34 @@ TEST(MVColorExtensions, changesBrightnessOnly)
     EXPECT_NEAR(lighter(half, 4).hsb().brightness, 1, 1e-9);
 }
 
-TEST(MVDefaultColors, differByAppearance)
+TEST(MVDefaultColors, differByAppearanceSinceTheThirteenthPlatform)
 {
-    const UITraitCollection unspecified;
+    using Colors = MVDefaultColors;
     struct Case {
-        UIColor color;
-        const char* light;
-        const char* dark;
+        UIColor (*color)();
+        const char *light, *dark, *before;
     };
-    for (const auto& c : { Case { MVDefaultColors::backgroundColor(), "#fafafaff", "#000000ff" },
-             Case { MVDefaultColors::cardBackgroundColor(), "#ffffffff", "#0c0c0eff" },
-             Case { MVDefaultColors::shadowColor(), "#d1d1d6ff", "#3a3a3cff" },
-             Case { MVDefaultColors::primaryTextColor(), "#000000ff", "#ffffffff" },
-             Case { MVDefaultColors::secondaryTextColor(), "#3c3c4399", "#ebebf599" },
-             Case { MVDefaultColors::seperatorColor(), "#3c3c434a", "#54545899" },
-             Case { MVDefaultColors::systemGray5(), "#e5e5eaff", "#2c2c2eff" } }) {
+    const Case cases[] = {
+        { Colors::backgroundColor, "#fafafaff", "#000000ff", "#fafafaff" },
+        { Colors::cardBackgroundColor, "#ffffffff", "#0c0c0eff", "#ffffffff" },
+        { Colors::shadowColor, "#d1d1d6ff", "#3a3a3cff", "#fafafaff" },
+        { Colors::primaryTextColor, "#000000ff", "#ffffffff", "#000000ff" },
+        { Colors::secondaryTextColor, "#3c3c4399", "#ebebf599", "#8d8d93ff" },
+        { Colors::seperatorColor, "#3c3c434a", "#54545899", "#3c3c434a" },
+        { Colors::systemGray5, "#e5e5eaff", "#2c2c2eff", "#e5e5eaff" },
+    };
+    const auto version = UIDevice::current().systemVersion();
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.light);
-        EXPECT_EQ(text(c.color), c.light);
-        EXPECT_EQ(text(c.color, unspecified), c.light);
-        EXPECT_EQ(text(c.color, dark), c.dark);
+        EXPECT_EQ(text(c.color()), c.light);
+        EXPECT_EQ(text(c.color(), UITraitCollection()), c.light) << "an unspecified appearance is light";
+        EXPECT_EQ(text(c.color(), dark), c.dark);
+        UIDevice::current().setSystemVersion("12.4");
+        EXPECT_FALSE(c.color().isDynamic());
+        EXPECT_EQ(text(c.color(), dark), c.before);
+        UIDevice::current().setSystemVersion(version);
     }
     EXPECT_EQ(text(MVColor::accentColor(), dark), "#007affff") << "the accent is the same in both appearances";
-}
-
-TEST(MVDefaultColors, areFixedBeforeTheThirteenthPlatform)
-{
-    const auto version = UIDevice::current().systemVersion();
-    UIDevice::current().setSystemVersion("12.4");
-    const UIColor old[] = { MVDefaultColors::backgroundColor(), MVDefaultColors::cardBackgroundColor(),
-        MVDefaultColors::shadowColor(), MVDefaultColors::primaryTextColor(), MVDefaultColors::secondaryTextColor(),
-        MVDefaultColors::seperatorColor(), MVDefaultColors::systemGray5() };
-    UIDevice::current().setSystemVersion(version);
-    const char* texts[] = { "#fafafaff", "#ffffffff", "#fafafaff", "#000000ff", "#8d8d93ff", "#3c3c434a", "#e5e5eaff" };
-    for (std::size_t i = 0; i < std::size(old); ++i) {
-        EXPECT_FALSE(old[i].isDynamic());
-        EXPECT_EQ(text(old[i], dark), texts[i]);
-    }
 }
 
 TEST(MVEntry, makesItsFirstValueOnceAndKeepsWhatTheHostAssigns)

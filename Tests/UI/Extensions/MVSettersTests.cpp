@@ -14,12 +14,15 @@ TEST(MVSetters, configureAndHandOnTheVeryView)
 {
     const auto label = make<UILabel>();
     const auto same = label | mv::setText("Live") | mv::setBackgroundColor(UIColor::gray()) | mv::setTintColor(UIColor::black())
-        | mv::setBorderLayerWidth(2) | mv::setBorderLayerColor(UIColor::white());
+        | mv::setLayerMaskToBound(true) | mv::setLayerCornerRadius(4) | mv::setBorderLayerWidth(2)
+        | mv::setBorderLayerColor(UIColor::white());
     static_assert(std::is_same_v<decltype(same), const std::shared_ptr<UILabel>>);
     EXPECT_EQ(same, label);
     EXPECT_EQ(label->text(), "Live");
     EXPECT_EQ(label->backgroundColor(), UIColor::gray());
     EXPECT_EQ(label->tintColor(), UIColor::black());
+    EXPECT_TRUE(label->layer()->masksToBounds());
+    EXPECT_EQ(label->layer()->cornerRadius(), 4);
     EXPECT_EQ(label->layer()->borderWidth(), 2);
     EXPECT_EQ(label->layer()->borderColor(), UIColor::white().cgColor());
     label | mv::setText(std::nullopt);

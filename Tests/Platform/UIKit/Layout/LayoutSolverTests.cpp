@@ -162,17 +162,6 @@ TEST_F(LayoutSolverTest, redundantDuplicatesAreSilent)
     EXPECT_TRUE(conflicts.empty());
 }
 
-TEST_F(LayoutSolverTest, swappingConstraintsBeforeTheSolveReportsNothing)
-{
-    const auto portrait = add({ { a } }, equal, 390);
-    solver.solve();
-    add({ { a } }, equal, 844); // activated before the other one goes, as a rotation does
-    solver.removeConstraint(portrait);
-    solver.solve();
-    EXPECT_TRUE(conflicts.empty());
-    EXPECT_DOUBLE_EQ(solver.value(a), 844);
-}
-
 TEST_F(LayoutSolverTest, callbackMayChangeConstraintsAndItself)
 {
     const auto first = add({ { a } }, equal, 1);
