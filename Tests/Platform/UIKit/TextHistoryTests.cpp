@@ -100,6 +100,11 @@ TEST(TextHistory, selectsWhatWasSelected)
     write(editor, "y");
     EXPECT_EQ(editor.text(), "tea ytwo");
     EXPECT_FALSE(editor.redoable()) << "there is another text now";
+    editor.select(1, 3);
+    write(editor, "<<");
+    editor.undo();
+    EXPECT_EQ(editor.text(), "t ytwo") << "what was selected went in a step of its own";
+    editor.undo();
     editor.setText("tea ytwo");
     EXPECT_TRUE(editor.undoable()) << "the same text again";
     editor.setText("tea");

@@ -54,6 +54,7 @@ TEST(UIPasteboard, losesNothingWhenTheDesktopDoesNotTakeIt)
         desktop.text = "and elsewhere";
         EXPECT_EQ(pasteboard.string(), "and elsewhere");
         desktop.takes = false;
+        desktop.text.clear();
         pasteboard.setString("at its end");
         EXPECT_EQ(console.lines().size(), 2u);
     }
