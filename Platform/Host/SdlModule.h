@@ -60,7 +60,8 @@ public:
     virtual void startTextInput() = 0;
     virtual void setTextInputCaret(const CGRect& caret) = 0;
     virtual void stopTextInput() = 0; // and forgets what is being composed
-    virtual std::string clipboardText() = 0; // UTF-8; empty for none
+    virtual std::string clipboardText() = 0; // UTF-8; empty for none; waits for whoever holds it
+    virtual bool mayHaveClipboardText() = 0; // somebody holds something; does not wait
     virtual bool setClipboardText(const std::string& text) = 0; // false when the window system does not take it
     // Shows these rectangles of the frame (rows of 0xXXRRGGBB words); all of it when the window has lost what it showed.
     virtual void present(const std::uint32_t* pixels, int stride, int width, int height, const std::vector<PixelRect>& damage)

@@ -37,6 +37,7 @@ private:
     bool open(const URL& url) override;
     void setIdleTimerDisabled(bool disabled) override { window->keepAwake(disabled); }
     std::string pasteboardText() override { return window->clipboardText(); }
+    bool mayHavePasteboardText() override { return window->mayHaveClipboardText(); }
     bool setPasteboardText(const std::string& text) override { return window->setClipboardText(text); }
     void handle(const WindowEvent& event);
     void handleKey(UIKey key, bool command, bool shift);

@@ -16,6 +16,8 @@ std::string UIPasteboard::string() const
     return isOwn && present == outside ? text : present;
 }
 
+bool UIPasteboard::hasStrings() const { return !text.empty() || (host && host->mayHavePasteboardText()); }
+
 void UIPasteboard::setString(const std::string& newText)
 {
     isOwn = !host || !host->setPasteboardText(newText);

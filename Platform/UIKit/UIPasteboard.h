@@ -8,7 +8,8 @@ namespace platform {
 class UIPasteboardHost {
 public:
     virtual ~UIPasteboardHost() = default;
-    virtual std::string pasteboardText() = 0; // UTF-8; empty for none
+    virtual std::string pasteboardText() = 0; // UTF-8; empty for none; another application may have to be asked for it
+    virtual bool mayHavePasteboardText() = 0; // without asking for it: false is certain
     virtual bool setPasteboardText(const std::string& text) = 0; // false when it was not taken
 };
 
@@ -18,7 +19,7 @@ public:
     static UIPasteboard& general();
 
     std::string string() const; // UTF-8; empty when it holds no text
-    bool hasStrings() const { return !string().empty(); }
+    bool hasStrings() const; // cheap; what another application holds may turn out to be no text
     // One console line when the outside does not take it; it can be pasted here all the same, until somebody copies outside.
     void setString(const std::string& text);
 

@@ -176,7 +176,9 @@ void UITextField::perform(UIEditAction action)
         UIPasteboard::general().setString(std::string(editor.selectedText()));
         return change(editor.selection(), {});
     case UIEditAction::paste:
-        return change(editor.insertionRange(), UIPasteboard::general().string());
+        if (const auto text = UIPasteboard::general().string(); !text.empty()) // an image, say, replaces nothing
+            change(editor.insertionRange(), text);
+        return;
     case UIEditAction::selectAll:
         return setSelectedRange({ 0, editor.text().size() });
     case UIEditAction::undo: {

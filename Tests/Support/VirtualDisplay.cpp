@@ -198,6 +198,22 @@ void VirtualDisplay::pressKey(const char* keyName, bool withControl, bool withSh
     XSync(impl->display, False);
 }
 
+void VirtualDisplay::holdClipboard()
+{
+    const Window holder = XCreateSimpleWindow(impl->display, DefaultRootWindow(impl->display), 0, 0, 1, 1, 0, 0, 0);
+    XSetSelectionOwner(impl->display, XInternAtom(impl->display, "CLIPBOARD", False), holder, CurrentTime);
+    XSync(impl->display, False);
+}
+
+int VirtualDisplay::takeClipboardRequests()
+{
+    XSync(impl->display, False);
+    int count = 0;
+    for (XEvent event; XCheckTypedEvent(impl->display, SelectionRequest, &event);)
+        ++count;
+    return count;
+}
+
 void VirtualDisplay::resizeWindow(int width, int height)
 {
     XResizeWindow(impl->display, impl->window(), unsigned(width), unsigned(height));

@@ -35,6 +35,9 @@ public:
     void click(int x, int y);
     void turnWheel(int x, int y, int notches); // positive: towards the viewer
     void pressKey(const char* keyName, bool withControl = false, bool withShift = false); // "d", "Return"
+    // Copies something in another application, which then answers nobody who asks for it.
+    void holdClipboard();
+    int takeClipboardRequests(); // how often it was asked since the last call
     void resizeWindow(int width, int height);
     void hideWindow();
     void showWindow();

@@ -183,6 +183,18 @@ public:
         return text ? text.get() : "";
     }
 
+    bool mayHaveClipboardText() override
+    {
+#if defined(SDL_VIDEO_DRIVER_X11) // where SDL would fetch all of it, and wait for a second when nobody answers
+        const auto info = systemInfo(window.get());
+        if (info && info->subsystem == SDL_SYSWM_X11) {
+            auto* display = info->info.x11.display;
+            return XGetSelectionOwner(display, XInternAtom(display, "CLIPBOARD", False)) != None;
+        }
+#endif
+        return SDL_HasClipboardText();
+    }
+
     bool setClipboardText(const std::string& text) override { return SDL_SetClipboardText(text.c_str()) == 0; }
 
     void present(const std::uint32_t* pixels, int stride, int width, int height, const std::vector<PixelRect>& damage) override

@@ -256,6 +256,18 @@ TEST_F(WindowHostTest, writesWithTheDesktopsMeans)
         EXPECT_EQ(look().selected.end(), 9u) << "what the mouse is drawn over";
         EXPECT_GT(look().selected.location, 0u);
         EXPECT_GT(look().selected.length, 0u);
+
+        display->holdClipboard();
+        for (const char* key : { "End", "x", "y" })
+            display->pressKey(key);
+        display->pressKey("a", true);
+        settle();
+        EXPECT_EQ(display->takeClipboardRequests(), 0) << "what others have copied is fetched to be pasted, not for every key";
+        EXPECT_TRUE(onMain([&] { return field->textInput()->canPerform(UIEditAction::paste); }));
+        display->pressKey("v", true);
+        settle();
+        EXPECT_EQ(display->takeClipboardRequests(), 1);
+        EXPECT_EQ(look().text, "two linesxy") << "nothing came, and nothing is lost";
     });
 }
 
