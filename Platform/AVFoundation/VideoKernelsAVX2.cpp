@@ -43,6 +43,9 @@ WITH_AVX2 void color(std::uint32_t* to, const Neighbours& light, const Neighbour
 {
     const __m256i lightShare = _mm256_set1_epi16(Sample(light.share)), tintShare = _mm256_set1_epi16(Sample(tint.share));
     const __m256i opaque = _mm256_set1_epi16(255);
+    // The processor itself looks ahead to the end of a page; long rows of one picture go on in the next.
+    constexpr int page = 1024; // pixels
+    const bool goesOn = count > page / 2;
     // The last sixteen may begin within those before.
     for (int next = 0; next < count; next += leastCount) {
         const int i = std::min(next, count - leastCount);
@@ -57,6 +60,8 @@ WITH_AVX2 void color(std::uint32_t* to, const Neighbours& light, const Neighbour
         const __m256i blueRed = _mm256_packus_epi16(blue, red), greenAlpha = _mm256_packus_epi16(green, opaque);
         const __m256i blueGreen = _mm256_unpacklo_epi8(blueRed, greenAlpha), redAlpha = _mm256_unpackhi_epi8(blueRed, greenAlpha);
         const __m256i first = _mm256_unpacklo_epi16(blueGreen, redAlpha), second = _mm256_unpackhi_epi16(blueGreen, redAlpha);
+        if (goesOn)
+            __builtin_prefetch(to + i + page, 1);
         store(to + i, _mm256_permute2x128_si256(first, second, 0x20));
         store(to + i + 8, _mm256_permute2x128_si256(first, second, 0x31));
     }
