@@ -9,6 +9,12 @@
 
 namespace platform {
 
+namespace {
+
+constexpr double fingerPressDelay = 0.5; // seconds that a finger stays before it takes the caret along
+
+} // namespace
+
 // Hears of fingers only, or of the mouse only.
 class UITextField::TouchRules final : public UIGestureRecognizerDelegate {
 public:
@@ -38,7 +44,7 @@ void UITextField::watchTouches()
         addGestureRecognizer(press);
         return press;
     };
-    watch(UITouchType::direct, 0.5, &UITextField::pressedByFinger);
+    watch(UITouchType::direct, fingerPressDelay, &UITextField::pressedByFinger);
     watch(UITouchType::pointer, 0, &UITextField::pressedByPointer)->setCancelsTouchesInView(false);
 }
 
@@ -52,7 +58,6 @@ void UITextField::endTracking(UITouch* touch)
         select(taps, point.x);
 }
 
-// A finger that stays takes the caret along.
 void UITextField::pressedByFinger(const UIGestureRecognizer& recognizer)
 {
     using enum UIGestureRecognizerState;
