@@ -16,6 +16,7 @@ namespace platform {
 namespace {
 
 constexpr double framesPerSecond = 60;
+constexpr int mostStrikes = 8; // of keys for one character: pages, shift and itself
 constexpr double instant = 1e-9; // seconds; shorter than anything that counts
 
 // The next multiple of a frame's length after that time.
@@ -176,9 +177,10 @@ bool HeadlessHost::tapKeys(const std::string& text)
 {
     const auto& keyboard = ScreenKeyboard::shared();
     for (const auto character : Characters(text)) {
-        for (bool typed = false; !typed;) {
+        int strikes = 0;
+        for (bool typed = false; !typed; ++strikes) {
             advance(0); // the first responder may just have changed
-            const auto step = keyboard.stepTowards(character);
+            const auto step = strikes < mostStrikes ? keyboard.stepTowards(character) : std::nullopt;
             if (!step) {
                 NSLog("\"" + std::string(character) + "\" of \"" + text
                     + "\" not tapped: " + (keyboard.isVisible() ? "no key types it" : "no keyboard is on the screen"));
