@@ -72,6 +72,12 @@ PixelRect snapped(const CGRect& pixels)
 
 bool isWhole(double v) { return std::abs(v - std::round(v)) < 1.0 / 64; }
 bool isFinite(const CGRect& r) { return std::isfinite(r.x + r.y + r.width + r.height); }
+
+// A picture's whole pixels, divided by its points, may give two scales that differ in their last digits.
+bool isUprightEnlargement(const CGAffineTransform& m)
+{
+    return m.isUpright() && m.a > 0 && std::abs(m.a - m.d) <= 1e-9 * m.a;
+}
 }
 
 struct CGContext::Impl {
@@ -350,12 +356,6 @@ void CGContext::fillLinearGradient(
     clip(*CGPath::rect(rect));
     impl->paint(*own, area.x, area.y, impl->state().alpha);
     restore();
-}
-
-// A picture's whole pixels, divided by its points, may give two scales that differ in their last digits.
-static bool isUprightEnlargement(const CGAffineTransform& m)
-{
-    return m.isUpright() && m.a > 0 && std::abs(m.a - m.d) <= 1e-9 * m.a;
 }
 
 void CGContext::drawText(const TextLayout& text, CGPoint origin)
