@@ -74,10 +74,7 @@ bool isWhole(double v) { return std::abs(v - std::round(v)) < 1.0 / 64; }
 bool isFinite(const CGRect& r) { return std::isfinite(r.x + r.y + r.width + r.height); }
 
 // A picture's whole pixels, divided by its points, may give two scales that differ in their last digits.
-bool isUprightEnlargement(const CGAffineTransform& m)
-{
-    return m.isUpright() && m.a > 0 && std::abs(m.a - m.d) <= 1e-9 * m.a;
-}
+bool isUprightEnlargement(const CGAffineTransform& m) { return m.isUpright() && m.a > 0 && std::abs(m.a - m.d) <= 1e-9 * m.a; }
 }
 
 struct CGContext::Impl {
