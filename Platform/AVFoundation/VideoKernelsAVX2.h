@@ -18,6 +18,7 @@ void color(std::uint32_t* to, const Neighbours& light, const Neighbours& tint, i
 } // namespace platform::videoKernels::avx2
 #endif
 
+// The same for every other processor, and for rows too short for the registers.
 namespace platform::videoKernels::portable {
 
 void stretch(Sample* to, const std::uint8_t* row, const Block* blocks, int blockCount);

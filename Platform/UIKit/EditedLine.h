@@ -16,8 +16,8 @@ namespace platform {
 // Main thread.
 class EditedLine {
 public:
-    static constexpr CGFloat overhang
-        = 1; // points beside the rectangle that still show, for glyphs that reach over their advance
+    // Points beside the rectangle that still show, for glyphs that reach over their advance.
+    static constexpr CGFloat overhang = 1;
 
     struct Look {
         CGColor color; // of the text

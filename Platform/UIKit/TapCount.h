@@ -23,7 +23,6 @@ public:
         lastTime = time;
         return count = goesOn ? count % 3 + 1 : 1;
     }
-    int taps() const { return count; } // of the last add
 
 private:
     double interval;
